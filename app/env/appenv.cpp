@@ -1,0 +1,127 @@
+#include "app/env/appenv.h"
+
+#include "platform/network.h"
+#include "platform/registry.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QProcessEnvironment>
+#include <QtCore/QSettings>
+#include <QtCore/QStandardPaths>
+
+namespace AppEnv {
+
+namespace {
+
+QString textInGroup(QSettings &settings, const QString &group, const QString &key)
+{
+    settings.beginGroup(group);
+    const QString text = settings.value(key, QString()).toString();
+    settings.endGroup();
+    return text;
+}
+
+} // namespace
+
+QString ensuredFolder(const QString &path)
+{
+    const QString folder = QDir::fromNativeSeparators(path);
+    if (!QDir(folder).exists())
+        QDir().mkpath(folder);
+    return folder;
+}
+
+QString installDir()
+{
+    return Platform::registryText(QStringLiteral("HKEY_CLASSES_ROOT\\NCPFile"),
+                                  QStringLiteral("path"));
+}
+
+QString productExePath()
+{
+    const QString folder = installDir();
+    if (folder.isEmpty())
+        return {};
+    return folder + QDir::separator() + QStringLiteral("Norvane Clipwright X.exe");
+}
+
+QString productDataDir()
+{
+    const QString programData =
+        QProcessEnvironment::systemEnvironment().value(QStringLiteral("ProgramData"));
+    return ensuredFolder(programData + QStringLiteral("/Norvane Clipwright"));
+}
+
+QString uninstallerDataDir()
+{
+    const QStringList temporary =
+        QStandardPaths::standardLocations(QStandardPaths::TempLocation);
+    const QString root = temporary.isEmpty() ? QDir::tempPath() : temporary.constFirst();
+    return ensuredFolder(root + QStringLiteral("/Norvane Clipwright Uninstaller"));
+}
+
+QString productIniPath()
+{
+    return productDataDir() + QStringLiteral("/Clipwright.ini");
+}
+
+QString accountIniPath()
+{
+    return productDataDir() + QStringLiteral("/KConfig.ini");
+}
+
+void readProductInfo(QString &productId, QString &version, QString &language,
+                     QString *productGroupId)
+{
+    QSettings ini(productIniPath(), QSettings::IniFormat);
+    const QString system = QStringLiteral("System");
+    const QString product = QStringLiteral("Product");
+    productId = textInGroup(ini, system, QStringLiteral("ProductID"));
+    language = textInGroup(ini, system, QStringLiteral("DefInstallLang"));
+    if (productGroupId)
+        *productGroupId = textInGroup(ini, product, QStringLiteral("ProductID"));
+    version = textInGroup(ini, product, QStringLiteral("Version"));
+}
+
+ProductInfo readProductInfo()
+{
+    ProductInfo info;
+    readProductInfo(info.productId, info.version, info.language, &info.productGroupId);
+    return info;
+}
+
+void readAccountInfo(QString &uid, QString &email)
+{
+    QSettings ini(accountIniPath(), QSettings::IniFormat);
+    uid = textInGroup(ini, QStringLiteral("Uid"), QStringLiteral("Uid"));
+    email = textInGroup(ini, QStringLiteral("AccountInfo"), QStringLiteral("Email"));
+}
+
+AccountInfo readAccountInfo()
+{
+    AccountInfo info;
+    readAccountInfo(info.uid, info.email);
+    return info;
+}
+
+QString findUninstaller()
+{
+    const QString folder = installDir();
+    if (folder.isEmpty())
+        return {};
+    for (int number = 9; number >= 0; --number) {
+        const QString stem =
+            folder + QDir::separator() + QStringLiteral("unins00%1").arg(number);
+        const QString program = stem + QStringLiteral(".exe");
+        if (QFile::exists(program) && QFile::exists(stem + QStringLiteral(".dat")))
+            return program;
+    }
+    return {};
+}
+
+bool isNetworkOnline()
+{
+    return Platform::isNetworkOnline();
+}
+
+} // namespace AppEnv

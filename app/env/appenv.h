@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QtCore/QString>
+
+/// What the product's setup left behind: folders, ini files, registry values.
+///
+/// Nothing is cached: every call reads afresh, because the uninstaller that this program starts
+/// changes these places while it runs. Nothing reports an error: what is missing is empty text.
+/// Call from the GUI thread or, for the folders, from any.
+namespace AppEnv {
+
+struct ProductInfo
+{
+    QString productId;
+    QString language; ///< the installer's three-letter code
+    QString productGroupId;
+    QString version;
+};
+
+struct AccountInfo
+{
+    QString uid;
+    QString email;
+};
+
+/// The path with forward slashes; the folder is made, with its parents, when missing. The path is
+/// returned also when that fails.
+QString ensuredFolder(const QString &path);
+
+/// The installation folder as the registry holds it, with native separators.
+QString installDir();
+
+/// The product's executable in installDir(), whether or not it exists; empty without installDir().
+QString productExePath();
+
+/// The product's shared data folder; made when missing.
+QString productDataDir();
+
+/// This program's own data folder, below the temporary files; made when missing.
+QString uninstallerDataDir();
+
+/// The product's settings, "Clipwright.ini" in productDataDir().
+QString productIniPath();
+
+/// The signed-in account's settings, "KConfig.ini" in productDataDir().
+QString accountIniPath();
+
+/// Fills what the product ini knows; productGroupId may be null and is then not read.
+void readProductInfo(QString &productId, QString &version, QString &language,
+                     QString *productGroupId);
+ProductInfo readProductInfo();
+
+void readAccountInfo(QString &uid, QString &email);
+AccountInfo readAccountInfo();
+
+/// The setup uninstaller to run: the highest-numbered unins00N.exe in installDir() that has its
+/// .dat beside it. Empty when there is none.
+QString findUninstaller();
+
+/// Whether the machine counts as connected to a network.
+bool isNetworkOnline();
+
+} // namespace AppEnv

@@ -1,0 +1,49 @@
+#include "app/env/scalefactor.h"
+#include "app/startup.h"
+#include "platform/display.h"
+#include "platform/singleinstance.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QThread>
+#include <QtGui/QFontDatabase>
+#include <QtGui/QIcon>
+#include <QtWidgets/QApplication>
+
+namespace {
+
+constexpr unsigned long secondCopyPauseMs = 100;
+
+QIcon programIcon()
+{
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128, 256})
+        icon.addFile(QStringLiteral(":/Resources/light/app_icon_%1.png").arg(size));
+    return icon;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (!Platform::claimSingleInstance("Norvane Clipwright Uninstaller")) {
+        QThread::msleep(secondCopyPauseMs);
+        return 0;
+    }
+
+    const float factor = ScaleFactor::fromMonitorRatio(Platform::primaryMonitorRatio());
+    qputenv("QT_SCALE_FACTOR", ScaleFactor::toEnvironment(factor));
+    // After the measurement, which must see the coordinates of a program that knows no DPI.
+    Platform::enableDpiAwareness();
+
+    QApplication application(argc, argv);
+    Startup::beginSession();
+
+    QFontDatabase::addApplicationFont(QStringLiteral(":/Resources/font/NotoSans-Bold.ttf"));
+    QApplication::setWindowIcon(programIcon());
+    QFile styleFile(QStringLiteral(":/Resources/styles_light.qss"));
+    if (styleFile.open(QIODevice::ReadOnly)) {
+        application.setStyleSheet(QString::fromUtf8(styleFile.readAll()));
+        styleFile.close();
+    }
+    return Startup::run(application);
+}

@@ -1,0 +1,169 @@
+#include "config/content/configcontent.h"
+
+#include "app/env/appenv.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QHash>
+#include <QtCore/QJsonArray>
+#include <QtCore/QTextStream>
+
+namespace Config {
+
+namespace {
+
+QString imageName(const QString &format, int number, const QString &link)
+{
+    return format.arg(number).arg(QFileInfo(link).suffix());
+}
+
+QString imagePath(const QString &name, const QString &link, int number, const QString &fallback)
+{
+    if (link.isEmpty() || number < 0)
+        return fallback;
+    const QString path = QStringLiteral("%1/%2").arg(imagesDir(), name);
+    return QFile::exists(path) ? path : fallback;
+}
+
+QList<QJsonObject> listOf(const QString &key)
+{
+    return jsonObjectList(loadConfig().value(key).toObject(), QStringLiteral("list"));
+}
+
+} // namespace
+
+QString configDir()
+{
+    return AppEnv::ensuredFolder(AppEnv::uninstallerDataDir() + QStringLiteral("/Configs"));
+}
+
+QString imagesDir()
+{
+    return AppEnv::ensuredFolder(configDir() + QStringLiteral("/Images"));
+}
+
+QString configLanguageCode()
+{
+    return configLanguageCode(AppEnv::readProductInfo().language);
+}
+
+QString configLanguageCode(const QString &installerCode)
+{
+    const QHash<QString, QString> codes{
+        {QStringLiteral("ENG"), QStringLiteral("en")},
+        {QStringLiteral("CHS"), QStringLiteral("zh")},
+        {QStringLiteral("CHT"), QStringLiteral("tw")},
+        {QStringLiteral("ZHH"), QStringLiteral("tw")},
+        {QStringLiteral("ESP"), QStringLiteral("es")},
+        {QStringLiteral("DEU"), QStringLiteral("de")},
+        {QStringLiteral("FRA"), QStringLiteral("fr")},
+        {QStringLiteral("ITA"), QStringLiteral("it")},
+        {QStringLiteral("JPN"), QStringLiteral("ja")},
+        {QStringLiteral("KOR"), QStringLiteral("ko")},
+        {QStringLiteral("PTG"), QStringLiteral("pt")},
+        {QStringLiteral("RUS"), QStringLiteral("ru")},
+        {QStringLiteral("ARG"), QStringLiteral("ar")},
+        {QStringLiteral("NLD"), QStringLiteral("nl")},
+        {QStringLiteral("PLK"), QStringLiteral("pl")},
+        {QStringLiteral("ROM"), QStringLiteral("ro")},
+        {QStringLiteral("IDN"), QStringLiteral("id")},
+        {QStringLiteral("SWE"), QStringLiteral("sv")},
+    };
+    return codes.value(installerCode, codes.value(QStringLiteral("ENG")));
+}
+
+QString configProductId()
+{
+    return QStringLiteral("846");
+}
+
+QString configFilePath()
+{
+    return configDir() + QLatin1Char('/') + configLanguageCode() + QStringLiteral(".cfg");
+}
+
+QJsonObject loadConfig()
+{
+    static QJsonDocument document;
+    if (document.isNull() || document.isEmpty()) {
+        QString fileName = configFilePath();
+        if (!QFile::exists(fileName))
+            fileName = QStringLiteral(":/Resources/cfg/%1.cfg").arg(configLanguageCode());
+        document = readDocument(fileName);
+    }
+    return document.object();
+}
+
+QJsonDocument readDocument(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return {};
+    QTextStream stream(&file);
+    stream.setCodec("UTF-8");
+    return QJsonDocument::fromJson(stream.readAll().toUtf8());
+}
+
+QString jsonString(const QJsonObject &obj, const QString &key)
+{
+    return obj.value(key).toString();
+}
+
+QList<QJsonObject> jsonObjectList(const QJsonObject &obj, const QString &key)
+{
+    QList<QJsonObject> objects;
+    const QJsonArray elements = obj.value(key).toArray();
+    for (const QJsonValue &element : elements) {
+        if (element.isObject())
+            objects.append(element.toObject());
+    }
+    return objects;
+}
+
+QJsonObject extendObject(const QJsonObject &option)
+{
+    return QJsonDocument::fromJson(jsonString(option, QStringLiteral("extend")).toUtf8()).object();
+}
+
+bool hasOptionType(const QJsonObject &option, const QStringList &types)
+{
+    return types.contains(jsonString(extendObject(option), QStringLiteral("option_type")));
+}
+
+QList<QJsonObject> problemTypeList()
+{
+    return listOf(QStringLiteral("problem_type"));
+}
+
+QList<QJsonObject> recommendedList()
+{
+    return listOf(QStringLiteral("recommended"));
+}
+
+QString optionImagePath(const QJsonObject &option)
+{
+    const QString link = jsonString(option, QStringLiteral("banner_url"));
+    const int number = option.value(QStringLiteral("value")).toInt(-1);
+    return imagePath(optionImageName(number, link), link, number,
+                     QStringLiteral(":/Resources/light/Option0_2x.png"));
+}
+
+QString productIconPath(const QJsonObject &product)
+{
+    const QString link = jsonString(product, QStringLiteral("icon"));
+    const int number = product.value(QStringLiteral("pid")).toInt(-1);
+    return imagePath(productIconName(number, link), link, number,
+                     QStringLiteral(":/Resources/light/ico_default_2x.png"));
+}
+
+QString optionImageName(int number, const QString &link)
+{
+    return imageName(QStringLiteral("option_%1.%2"), number, link);
+}
+
+QString productIconName(int number, const QString &link)
+{
+    return imageName(QStringLiteral("pid_%1.%2"), number, link);
+}
+
+} // namespace Config

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <string>
+
+namespace Platform {
+
+/// Narrow text in the user's locale to wide text. Text that the locale cannot read gives "".
+std::wstring wideFromNarrow(const std::string &narrow);
+
+/// Wide text to narrow text in the system's ANSI code page (UTF-8 where there is none).
+std::string narrowFromWide(const std::wstring &wide);
+
+/// A file name held as narrow text, as the system reads it.
+QString fileNameFromNarrow(const std::string &narrow);
+
+} // namespace Platform

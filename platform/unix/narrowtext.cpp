@@ -1,0 +1,22 @@
+#include "platform/narrowtext.h"
+
+namespace Platform {
+
+// Narrow text is UTF-8 here whatever the locale says: a "C" locale must not lose letters.
+
+std::wstring wideFromNarrow(const std::string &narrow)
+{
+    return QString::fromStdString(narrow).toStdWString();
+}
+
+std::string narrowFromWide(const std::wstring &wide)
+{
+    return QString::fromStdWString(wide).toStdString();
+}
+
+QString fileNameFromNarrow(const std::string &narrow)
+{
+    return QString::fromStdString(narrow);
+}
+
+} // namespace Platform

@@ -1,0 +1,43 @@
+// The GUI entry of the Windows build: hands the process's command line to the main routine.
+
+#include <vector>
+
+// clang-format off
+#include <windows.h>
+#include <shellapi.h>
+// clang-format on
+
+int main(int argc, char **argv);
+
+namespace {
+
+std::vector<char> ansiFromWide(const wchar_t *wide)
+{
+    const int size = WideCharToMultiByte(CP_ACP, 0, wide, -1, nullptr, 0, nullptr, nullptr);
+    std::vector<char> narrow(static_cast<std::size_t>(size));
+    WideCharToMultiByte(CP_ACP, 0, wide, -1, narrow.data(), size, nullptr, nullptr);
+    return narrow;
+}
+
+} // namespace
+
+int WINAPI WinMain(HINSTANCE /*instance*/, HINSTANCE /*previous*/, LPSTR /*commandLine*/,
+                   int /*show*/)
+{
+    int argc = 0;
+    LPWSTR *const wideArguments = CommandLineToArgvW(GetCommandLineW(), &argc);
+    if (!wideArguments)
+        return -1;
+
+    std::vector<std::vector<char>> arguments;
+    arguments.reserve(static_cast<std::size_t>(argc));
+    for (int i = 0; i < argc; ++i)
+        arguments.push_back(ansiFromWide(wideArguments[i]));
+    LocalFree(wideArguments);
+
+    std::vector<char *> argv;
+    for (std::vector<char> &argument : arguments)
+        argv.push_back(argument.data());
+    argv.push_back(nullptr);
+    return main(argc, argv.data());
+}

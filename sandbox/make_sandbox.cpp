@@ -1,0 +1,32 @@
+// make-sandbox FOLDER: writes a sample installation below FOLDER and prints, as shell assignments,
+// the environment in which a program sees it.
+
+#include "sandbox/layout/sampleinstallation.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QTextStream>
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() != 2) {
+        QTextStream(stderr) << "usage: make-sandbox FOLDER\n";
+        return 2;
+    }
+
+    const SampleInstallation installation(arguments.at(1));
+    if (!installation.write()) {
+        QTextStream(stderr) << "make-sandbox: cannot write below " << arguments.at(1) << '\n';
+        return 1;
+    }
+    QTextStream out(stdout);
+    out.setCodec("UTF-8");
+    const QMap<QString, QString> environment = installation.environment();
+    for (auto variable = environment.begin(); variable != environment.end(); ++variable) {
+        QString value = variable.value();
+        value.replace(QLatin1Char('\''), QStringLiteral("'\\''"));
+        out << variable.key() << "='" << value << "'\n";
+    }
+    return 0;
+}

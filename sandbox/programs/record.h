@@ -1,0 +1,58 @@
+#pragma once
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+/// What the sample programs share: a list of "key=value" lines that tells them what to do, and a
+/// record of the arguments that they received.
+namespace Sample {
+
+using Instructions = std::vector<std::pair<std::string, std::string>>;
+
+inline Instructions readInstructions(const std::filesystem::path &file)
+{
+    Instructions instructions;
+    std::ifstream stream(file);
+    for (std::string line; std::getline(stream, line);) {
+        const std::size_t equals = line.find('=');
+        if (equals != std::string::npos)
+            instructions.emplace_back(line.substr(0, equals), line.substr(equals + 1));
+    }
+    return instructions;
+}
+
+inline std::string value(const Instructions &instructions, const std::string &key)
+{
+    for (const auto &[name, text] : instructions) {
+        if (name == key)
+            return text;
+    }
+    return {};
+}
+
+inline void recordArguments(const std::filesystem::path &file, int argc, char **argv)
+{
+    std::ofstream stream(file, std::ios::binary | std::ios::trunc);
+    for (int i = 1; i < argc; ++i)
+        stream << argv[i] << '\n';
+}
+
+/// Waits "delay" milliseconds, then, if "end" says so, hangs for good or crashes.
+inline void waitOrEnd(const Instructions &instructions)
+{
+    std::this_thread::sleep_for(
+        std::chrono::milliseconds(std::atoi(value(instructions, "delay").c_str())));
+    const std::string end = value(instructions, "end");
+    if (end == "crash")
+        std::abort();
+    while (end == "hang")
+        std::this_thread::sleep_for(std::chrono::hours(1));
+}
+
+} // namespace Sample

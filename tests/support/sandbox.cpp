@@ -1,0 +1,58 @@
+#include "tests/support/sandbox.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+
+Sandbox::Sandbox(Content content)
+    : m_folder(QDir::tempPath() + QStringLiteral("/clipwright tëst-XXXXXX"))
+    , m_installation(m_folder.path())
+{
+    Q_ASSERT(m_folder.isValid());
+    const QMap<QString, QString> environment = m_installation.environment();
+    for (auto variable = environment.begin(); variable != environment.end(); ++variable) {
+        const QByteArray name = variable.key().toLatin1();
+        m_previousEnvironment.insert(variable.key(), qgetenv(name.constData()));
+        qputenv(name.constData(), QFile::encodeName(variable.value()));
+    }
+    QDir().mkpath(path(QStringLiteral("Temp")));
+    if (content == Content::Installation && !m_installation.write())
+        qFatal("cannot write the sample installation");
+}
+
+Sandbox::~Sandbox()
+{
+    for (auto variable = m_previousEnvironment.begin(); variable != m_previousEnvironment.end();
+         ++variable) {
+        const QByteArray name = variable.key().toLatin1();
+        if (variable.value().isNull())
+            qunsetenv(name.constData());
+        else
+            qputenv(name.constData(), variable.value());
+    }
+}
+
+QString Sandbox::path(const QString &relative) const
+{
+    return m_folder.path() + QLatin1Char('/') + relative;
+}
+
+void Sandbox::writeFile(const QString &relative, const QByteArray &content) const
+{
+    const QString fileName = path(relative);
+    QDir().mkpath(QFileInfo(fileName).path());
+    QFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("cannot write %s", qPrintable(fileName));
+}
+
+QByteArray Sandbox::readFile(const QString &fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList Sandbox::readLines(const QString &fileName)
+{
+    return QString::fromUtf8(readFile(fileName)).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}

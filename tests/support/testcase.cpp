@@ -1,0 +1,20 @@
+#include "tests/support/testcase.h"
+
+#include <QtCore/QtGlobal>
+
+namespace {
+
+QtMessageHandler qtTestHandler = nullptr;
+
+void dropPlatformExcuses(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (text != QLatin1String("This plugin does not support propagateSizeHints()"))
+        qtTestHandler(type, context, text);
+}
+
+} // namespace
+
+void TestCase::initTestCase()
+{
+    qtTestHandler = qInstallMessageHandler(dropPlatformExcuses);
+}

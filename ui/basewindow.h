@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QtWidgets/QWidget>
+
+/// Base of every top-level surface: no system frame, translucent outside its rounded corners,
+/// painted by the application's style sheet. A window with a parent stays above it and is owned by
+/// it, but is a window all the same.
+class BaseWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit BaseWindow(QWidget *parent);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};

@@ -1,0 +1,28 @@
+#include "ui/confirmwindow.h"
+
+#include <QtGui/QCloseEvent>
+#include <QtWidgets/QShortcut>
+
+ConfirmWindow::ConfirmWindow(QWidget *parent)
+    : BaseWindow(parent)
+{
+    setupUi(this);
+    // The safe choice is the highlighted one.
+    btnCancel->setObjectName(QStringLiteral("PrimaryBtn"));
+    btnRemove->setObjectName(QStringLiteral("SecondaryBtn"));
+    resize(320, 320);
+
+    connect(btnCancel, &QPushButton::clicked, this, [this] { Q_EMIT closed(0); });
+    connect(btnRemove, &QPushButton::clicked, this, [this] { Q_EMIT closed(1); });
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this,
+            [this] { Q_EMIT closed(0); });
+    btnCancel->setFocus();
+}
+
+void ConfirmWindow::closeEvent(QCloseEvent *event)
+{
+    if (!event->spontaneous())
+        return;
+    event->ignore();
+    Q_EMIT closed(0);
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "ui/basewindow.h"
+#include "ui_messagewindow.h"
+
+/// One message and an OK button. The owner puts the text into lblMessage. Like the confirmation
+/// it never closes itself on a user's close.
+class MessageWindow : public BaseWindow, public Ui::MessageWindow
+{
+    Q_OBJECT
+
+public:
+    explicit MessageWindow(QWidget *parent);
+
+Q_SIGNALS:
+    void closed();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+};

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "ui_uninstallpage.h"
+
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QJsonObject>
+#include <QtCore/QList>
+#include <QtWidgets/QWidget>
+
+class QListWidgetItem;
+class QProcess;
+class QTimer;
+
+/// Shown while the setup uninstaller runs. Its bar moves by the clock, so that a run is always
+/// shown for at least half a minute; afterwards it waits for the process. Then success with a
+/// subscription box, or failure when the owner says so.
+class UninstallPage : public QWidget, public Ui::UninstallPage
+{
+    Q_OBJECT
+
+public:
+    /// Fills the product list from the configuration document.
+    explicit UninstallPage(QWidget *parent = nullptr);
+    UninstallPage(QWidget *parent, const QList<QJsonObject> &recommended);
+
+    /// Starts clock and bar; process is watched, not owned, and may be not started at all.
+    void start(QProcess *process);
+
+    /// Shows the failure view.
+    void fail();
+
+    /// True from start() until the run was seen to end.
+    bool isRunning() const;
+
+    /// Brings bar and time left to where they stand elapsedMs after the start.
+    void showElapsed(qint64 elapsedMs);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+Q_SIGNALS:
+    /// The user wants the maker's other products.
+    void btnProductClicked();
+
+private Q_SLOTS:
+    void timerTimeout();
+    void lstProductItemClicked(QListWidgetItem *item);
+
+private:
+    void endRun(int range);
+    void succeed();
+    void stopClock();
+    void showTimeLeft(qint64 elapsedMs);
+    void subscribe();
+    void more();
+    void leave();
+    bool hasSucceeded() const;
+    void setArrow(const char *state);
+
+    QElapsedTimer m_clock;
+    QTimer *m_tickTimer;
+    qint32 m_remaining = 0;
+    QProcess *m_process = nullptr;
+    QWidget *imgArrow;
+};

@@ -1,0 +1,50 @@
+#include "ui/upgradepage.h"
+
+#include "ui/look.h"
+
+#include <QtCore/QCoreApplication>
+
+UpgradePage::UpgradePage(QWidget *parent)
+    : QWidget(parent)
+{
+    setupUi(this);
+    btnCancel->setObjectName(QStringLiteral("SecondaryBtn"));
+    btnClose->hide();
+
+    connect(progressBar, &QProgressBar::valueChanged, this, &UpgradePage::showProgressText);
+    connect(btnClose, &QPushButton::clicked, qApp, &QCoreApplication::quit);
+}
+
+void UpgradePage::showUpgrading()
+{
+    lblTitle->setText(tr("Upgrading, please wait..."));
+    if (progressBar->value() == 0)
+        label_2->setText(QStringLiteral("0%"));
+    else
+        progressBar->setValue(0);
+    btnCancel->setText(tr("Cancel"));
+    imgUpgrade->setStyleSheet(
+        Look::pictureStyle(QStringLiteral(":/Resources/light/Upgrading_2x.png")));
+    progressBar->show();
+}
+
+void UpgradePage::showCompleted()
+{
+    lblTitle->setText(tr("Upgrade completed"));
+    label_2->setText(tr("The new version is more stable and faster!"));
+    btnCancel->setText(tr("Launch"));
+    imgUpgrade->setStyleSheet(
+        Look::pictureStyle(QStringLiteral(":/Resources/light/UpgradeSuccess_2x.png")));
+    progressBar->hide();
+    btnClose->show();
+}
+
+bool UpgradePage::isActionDisabled() const
+{
+    return !btnCancel->isEnabled();
+}
+
+void UpgradePage::showProgressText()
+{
+    label_2->setText(progressBar->text());
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "ui_upgradepage.h"
+
+#include <QtWidgets/QWidget>
+
+/// Shown while a new version is downloaded and installed, and after that. It mirrors state; its
+/// owner feeds the bar and handles the action button. Only its close button, seen in the completed
+/// look, acts by itself: it quits the application.
+class UpgradePage : public QWidget, public Ui::UpgradePage
+{
+    Q_OBJECT
+
+public:
+    explicit UpgradePage(QWidget *parent = nullptr);
+
+    void showUpgrading();
+    void showCompleted();
+
+    /// True while the page must not be left: an update installer is running.
+    bool isActionDisabled() const;
+
+private:
+    void showProgressText();
+};

@@ -1,0 +1,152 @@
+#include "wizard/mainwindow.h"
+
+#include "analytics/events.h"
+#include "app/env/appenv.h"
+#include "app/env/endpoints.h"
+#include "platform/captiondrag.h"
+#include "ui/messagewindow.h"
+
+#include <QtCore/QEventLoop>
+#include <QtCore/QUrl>
+#include <QtCore/QVariant>
+#include <QtGui/QCloseEvent>
+#include <QtGui/QDesktopServices>
+#include <QtWidgets/QApplication>
+
+namespace {
+
+constexpr int captionHeight = 37;
+
+const QLatin1String sourceUninstallAction("uninstall_action");
+
+} // namespace
+
+MainWindow::MainWindow(QWidget *parent)
+    : BaseWindow(parent)
+{
+    setupUi(this);
+    showFeedbackPage(sourceUninstallAction);
+    resize(720, 480);
+
+    m_overlay = new QWidget(this);
+    m_overlay->setStyleSheet(
+        QStringLiteral("background-color: rgb(0, 0, 0, 127);\nborder-radius: 12px;"));
+    m_overlay->hide();
+
+    connect(optionPage->btnNext, &QPushButton::clicked, this, &MainWindow::btnNextClicked);
+    connect(optionPage->btnContinue, &QPushButton::clicked, this, &MainWindow::btnContinueClicked);
+    connect(upgradePage->btnCancel, &QPushButton::clicked, this, &MainWindow::btnCancelClicked);
+    connect(uninstallPage, &UninstallPage::btnProductClicked, this,
+            &MainWindow::btnProductClicked);
+
+    m_installProcess = new QProcess(this);
+    connect(m_installProcess, &QProcess::started, this, &MainWindow::installStarted);
+    connect(m_installProcess, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
+            &MainWindow::installFinished);
+    connect(m_installProcess, &QProcess::errorOccurred, this, &MainWindow::installError);
+
+    m_uninstallProcess = new QProcess(this);
+    connect(m_uninstallProcess, &QProcess::started, this, &MainWindow::uninstallStarted);
+    connect(m_uninstallProcess, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
+            &MainWindow::uninstallFinished);
+    connect(m_uninstallProcess, &QProcess::errorOccurred, this, &MainWindow::uninstallError);
+
+    create(); // the native window, which dragging hangs on
+    Platform::enableCaptionDragging(windowHandle(),
+                                    [this](const QPoint &globalPos) { return isCaption(globalPos); });
+}
+
+bool MainWindow::isCaption(const QPoint &globalPos) const
+{
+    const QWidget *widget = QApplication::widgetAt(globalPos);
+    return mapFromGlobal(globalPos).y() < captionHeight && widget &&
+           !widget->inherits("QAbstractButton");
+}
+
+void MainWindow::resizeEvent(QResizeEvent *event)
+{
+    BaseWindow::resizeEvent(event);
+    m_overlay->setGeometry(rect());
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    const bool isBusy = uninstallPage->isRunning() || upgradePage->isActionDisabled();
+    event->setAccepted(!event->spontaneous() || !isBusy);
+}
+
+bool MainWindow::nativeEvent(const QByteArray &eventType, void *message, long *result)
+{
+    return Platform::answerCaptionHitTest(
+               eventType, message, result,
+               [this](const QPoint &globalPos) { return isCaption(globalPos); }) ||
+           BaseWindow::nativeEvent(eventType, message, result);
+}
+
+void MainWindow::btnNextClicked()
+{
+    if (optionPage->btnNext->property("jump").toBool())
+        openRedirectLink();
+}
+
+void MainWindow::btnCancelClicked() {}
+
+void MainWindow::btnProductClicked()
+{
+    // Only the success view shows the e-mail box.
+    productPage->setUninstallResult(uninstallPage->edtEmail->isVisible());
+    wizardPages->setCurrentWidget(productPage);
+}
+
+void MainWindow::installStarted() {}
+
+void MainWindow::installFinished(int /*exitCode*/, QProcess::ExitStatus /*exitStatus*/) {}
+
+void MainWindow::installError(QProcess::ProcessError /*error*/) {}
+
+void MainWindow::showFeedbackPage(const QString &source)
+{
+    Analytics::reportUninstallPopUp(source);
+    optionPage->setSource(source);
+    wizardPages->setCurrentWidget(optionPage);
+}
+
+void MainWindow::openRedirectLink()
+{
+    QString link = sender()->property("url").toString();
+    if (link.isEmpty())
+        link = Endpoints::redirect() + QStringLiteral("/go.php?pid=%1&m=c23");
+    // A link without "%1" has no place for the id; QString::arg would only complain.
+    if (link.contains(QLatin1String("%1")))
+        link = link.arg(AppEnv::readProductInfo().productId, 0, QLatin1Char(' '));
+    QDesktopServices::openUrl(QUrl(link, QUrl::TolerantMode));
+}
+
+void MainWindow::showMessage(const QString &text)
+{
+    MessageWindow message(this);
+    message.lblMessage->setText(text);
+    message.setAttribute(Qt::WA_ShowModal);
+    message.setEnabled(true);
+    centre(message);
+    message.show();
+
+    QEventLoop loop;
+    connect(&message, &MessageWindow::closed, &loop, &QEventLoop::quit);
+    waitOverDimmedWindow(loop);
+}
+
+void MainWindow::waitOverDimmedWindow(QEventLoop &loop)
+{
+    m_overlay->raise();
+    m_overlay->show();
+    loop.exec();
+    m_overlay->hide();
+}
+
+void MainWindow::centre(QWidget &dialog) const
+{
+    QRect place = dialog.rect();
+    place.moveCenter(geometry().center());
+    dialog.move(place.topLeft());
+}

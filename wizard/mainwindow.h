@@ -1,0 +1,53 @@
+#pragma once
+
+#include "ui/basewindow.h"
+#include "ui_mainwindow.h"
+
+#include <QtCore/QProcess>
+
+class QEventLoop;
+
+/// The wizard's window. It owns the pages, decides every move between them, shows the modal
+/// dialogs over a dimming layer, and owns the two processes that it may start: the product's setup
+/// uninstaller and the update installer. GUI thread only.
+class MainWindow : public BaseWindow, public Ui::MainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit MainWindow(QWidget *parent);
+
+    /// Whether the window is dragged by this point (global coordinates): its top strip, outside
+    /// buttons.
+    bool isCaption(const QPoint &globalPos) const;
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    bool nativeEvent(const QByteArray &eventType, void *message, long *result) override;
+
+private Q_SLOTS:
+    void btnNextClicked();
+    void btnContinueClicked();
+    void btnCancelClicked();
+    void btnProductClicked();
+    void installStarted();
+    void installFinished(int exitCode, QProcess::ExitStatus exitStatus);
+    void installError(QProcess::ProcessError error);
+    void uninstallStarted();
+    void uninstallFinished(int exitCode, QProcess::ExitStatus exitStatus);
+    void uninstallError(QProcess::ProcessError error);
+
+private:
+    void showFeedbackPage(const QString &source);
+    void showMessage(const QString &text);
+    void openRedirectLink();
+
+    /// Runs the loop, until an answer quits it, with the dimming layer shown.
+    void waitOverDimmedWindow(QEventLoop &loop);
+    void centre(QWidget &dialog) const;
+
+    QWidget *m_overlay;
+    QProcess *m_installProcess;
+    QProcess *m_uninstallProcess;
+};

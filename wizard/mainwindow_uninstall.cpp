@@ -1,0 +1,76 @@
+// The uninstaller run: last question, start of the product's own setup uninstaller, its outcome.
+
+#include "wizard/mainwindow.h"
+
+#include "analytics/events.h"
+#include "app/env/appenv.h"
+#include "ui/confirmwindow.h"
+
+#include <QtCore/QEventLoop>
+#include <QtCore/QTimer>
+
+namespace {
+
+constexpr int removeAnswer = 1;
+constexpr int noUninstallerDelayMs = 500;
+
+} // namespace
+
+void MainWindow::btnContinueClicked()
+{
+    ConfirmWindow confirm(this);
+    confirm.setAttribute(Qt::WA_ShowModal);
+    centre(confirm);
+    confirm.show();
+
+    int answer = 0;
+    QEventLoop loop;
+    connect(&confirm, &ConfirmWindow::closed, &loop, [&answer, &loop](int result) {
+        answer = result;
+        loop.quit();
+    });
+    waitOverDimmedWindow(loop);
+    confirm.close();
+
+    const bool deleteAll = confirm.checkBox->isChecked();
+    Analytics::reportUninstallReConfirm(answer == removeAnswer, deleteAll);
+    if (answer != removeAnswer) {
+        close();
+        return;
+    }
+
+    setEnabled(false);
+    const QString program = AppEnv::findUninstaller();
+    if (program.isEmpty()) {
+        setEnabled(true);
+        uninstallStarted();
+        QTimer::singleShot(noUninstallerDelayMs, uninstallPage, &UninstallPage::fail);
+        return;
+    }
+    QStringList arguments{QStringLiteral("/VERYSILENT"), QStringLiteral("/REINSTALL")};
+    if (deleteAll)
+        arguments += QStringLiteral("/DELRESOURCE");
+    m_uninstallProcess->start(program, arguments, QIODevice::ReadWrite);
+}
+
+void MainWindow::uninstallStarted()
+{
+    setEnabled(true);
+    uninstallPage->start(m_uninstallProcess);
+    wizardPages->setCurrentWidget(uninstallPage);
+}
+
+void MainWindow::uninstallFinished(int exitCode, QProcess::ExitStatus exitStatus)
+{
+    // A good end is found by the page itself, which shows every run for a while.
+    if (exitCode != 0 || exitStatus == QProcess::CrashExit)
+        uninstallPage->fail();
+}
+
+void MainWindow::uninstallError(QProcess::ProcessError error)
+{
+    if (error != QProcess::FailedToStart)
+        return; // a crash is reported again through finished()
+    uninstallStarted();
+    uninstallPage->fail();
+}
