@@ -8,8 +8,8 @@ namespace Analytics {
 /// What the library is told once per run about machine and product. Unknown texts are empty.
 struct BaseInfo
 {
-    QString property;       ///< the product's name with the analytics service
-    int productId = 0;      ///< 0 when the installation records none, or not a number
+    QString property;  ///< the product's name with the analytics service
+    int productId = 0; ///< 0 when the installation records none, or not a number
     QString productVersion;
     int timeZoneOffset = 0; ///< hours, see timeZoneOffset()
     QString localIPv4;

@@ -9,11 +9,11 @@ namespace Analytics {
 /// What the feedback page shows when one of its events is raised.
 struct FeedbackState
 {
-    QString optionValue;   ///< the chosen option's code in decimal, empty when none is chosen
-    QString description;   ///< the free text, empty when its box is not shown
+    QString optionValue;    ///< the chosen option's code in decimal, empty when none is chosen
+    QString description;    ///< the free text, empty when its box is not shown
     bool hasAction = false; ///< the option's action button is shown
-    QString source;        ///< why the page is being shown
-    QString actionName;    ///< "Coupon" or "Upgrade", empty when no action button is shown
+    QString source;         ///< why the page is being shown
+    QString actionName;     ///< "Coupon" or "Upgrade", empty when no action button is shown
 };
 
 /// The feedback page is shown; source says why.

@@ -31,10 +31,9 @@ void sendBaseInfo()
     const BaseInfo info = gatherBaseInfo(Platform::computerName());
     data_base_info(info.property.toUtf8().constData(), info.productId,
                    info.productVersion.toUtf8().constData(), info.timeZoneOffset,
-                   info.localIPv4.toUtf8().constData(),
-                   info.installLanguage.toUtf8().constData(), info.platform.toUtf8().constData(),
-                   info.osVersion.toUtf8().constData(), info.bitness,
-                   info.systemLanguage.toUtf8().constData(), info.installTime, "",
+                   info.localIPv4.toUtf8().constData(), info.installLanguage.toUtf8().constData(),
+                   info.platform.toUtf8().constData(), info.osVersion.toUtf8().constData(),
+                   info.bitness, info.systemLanguage.toUtf8().constData(), info.installTime, "",
                    info.uid.toUtf8().constData());
 }
 

@@ -4,7 +4,7 @@
 #include <QtCore/QPoint>
 #include <functional>
 
-class QWindow;
+class QObject;
 
 namespace Platform {
 
@@ -17,8 +17,8 @@ using IsCaption = std::function<bool(const QPoint &globalPos)>;
 bool answerCaptionHitTest(const QByteArray &eventType, void *message, long *result,
                           const IsCaption &isCaption);
 
-/// For systems that do not ask: moves the window while it is dragged by its caption.
-/// The window must outlive the application's event loop or be destroyed with it.
-void enableCaptionDragging(QWindow *window, const IsCaption &isCaption);
+/// For systems that do not ask: moves the window (a top-level widget) while it is dragged by its
+/// caption. Presses that a child of the window takes do not drag.
+void enableCaptionDragging(QObject *window, const IsCaption &isCaption);
 
 } // namespace Platform

@@ -1,7 +1,15 @@
 #include "ui/confirmwindow.h"
 
+#include "ui/look.h"
+
 #include <QtGui/QCloseEvent>
 #include <QtWidgets/QShortcut>
+
+namespace {
+
+constexpr int checkBoxTextWidth = 210;
+
+} // namespace
 
 ConfirmWindow::ConfirmWindow(QWidget *parent)
     : BaseWindow(parent)
@@ -10,6 +18,7 @@ ConfirmWindow::ConfirmWindow(QWidget *parent)
     // The safe choice is the highlighted one.
     btnCancel->setObjectName(QStringLiteral("PrimaryBtn"));
     btnRemove->setObjectName(QStringLiteral("SecondaryBtn"));
+    Look::setWrappedText(checkBox, checkBox->text(), checkBoxTextWidth);
     resize(320, 320);
 
     connect(btnCancel, &QPushButton::clicked, this, [this] { Q_EMIT closed(0); });

@@ -1,6 +1,8 @@
 #include "ui/look.h"
 
 #include <QtCore/QRegularExpression>
+#include <QtGui/QTextLayout>
+#include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QWidget>
 
@@ -12,6 +14,11 @@ QString pictureStyle(const QString &path)
     static const QRegularExpression plain(QStringLiteral("\\A[A-Za-z0-9 /:._~-]+\\z"));
     if (plain.match(path).hasMatch())
         return QStringLiteral(".QWidget{border-image: url(") + path + QStringLiteral(");}");
+
+    // Not even a quoted string can hold these.
+    static const QRegularExpression unspeakable(QStringLiteral("[\\x00-\\x1F\\x7F]"));
+    if (path.contains(unspeakable))
+        return {};
 
     QString quoted = path;
     quoted.replace(QLatin1Char('\\'), QStringLiteral("\\\\"));
@@ -28,6 +35,25 @@ void refreshStyle(QWidget *widget)
 QString buttonText(const QString &text)
 {
     return QString(text).replace(QLatin1Char('&'), QStringLiteral("&&"));
+}
+
+void setWrappedText(QAbstractButton *button, const QString &text, int width)
+{
+    button->ensurePolished(); // the style sheet decides on the font
+    QTextLayout layout(text, button->font());
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    QStringList lines;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        lines += text.mid(line.textStart(), line.textLength()).trimmed();
+    }
+    layout.endLayout();
+
+    button->setText(buttonText(lines.join(QLatin1Char('\n'))));
+    button->setAccessibleName(text);
 }
 
 } // namespace Look

@@ -2,13 +2,14 @@
 
 #include <QtCore/QString>
 
+class QAbstractButton;
 class QWidget;
 
 /// Small pieces of the look that the style sheet cannot give by itself.
 namespace Look {
 
 /// Widget style sheet that fills a plain QWidget with a picture. Any path is safe to pass: it
-/// cannot end the rule and add another.
+/// cannot end the rule and add another. A path with control characters gives no picture.
 QString pictureStyle(const QString &path);
 
 /// Applies the style sheet again after a property that its rules select on has changed.
@@ -16,5 +17,9 @@ void refreshStyle(QWidget *widget);
 
 /// Text for a button that shows it letter by letter: no ampersand is taken for a shortcut.
 QString buttonText(const QString &text);
+
+/// Gives a radio button or check box a text that is broken into lines of at most width pixels,
+/// which buttons do not do by themselves. Screen readers get it in one piece.
+void setWrappedText(QAbstractButton *button, const QString &text, int width);
 
 } // namespace Look

@@ -4,6 +4,7 @@
 #include "ui/look.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QTimer>
 #include <QtCore/QVariant>
 #include <QtGui/QTextCursor>
 #include <QtWidgets/QRadioButton>
@@ -11,6 +12,7 @@
 namespace {
 
 constexpr int maxTextLength = 1000;
+constexpr int reasonTextWidth = 330;
 
 const char problemProperty[] = "problemObj";
 const char jumpProperty[] = "jump";
@@ -83,12 +85,29 @@ void OptionPage::fill(const QList<QJsonObject> &options)
     scrollContentsLayout->addItem(
         new QSpacerItem(20, 40, QSizePolicy::Minimum, QSizePolicy::Expanding));
     pnlTextEdit->hide();
+    orderTabs();
+}
+
+void OptionPage::orderTabs()
+{
+    // The reasons were made last, but come first; then the text box, then the buttons. The page
+    // takes no focus by Tab, but setTabOrder() passes over such widgets.
+    setFocusPolicy(Qt::TabFocus);
+    QWidget *previous = this;
+    const QList<QRadioButton *> reasons = scrollContents->findChildren<QRadioButton *>();
+    for (QRadioButton *reason : reasons) {
+        QWidget::setTabOrder(previous, reason);
+        previous = reason;
+    }
+    QWidget::setTabOrder(previous, textEdit);
+    setFocusPolicy(Qt::NoFocus);
 }
 
 void OptionPage::addReason(const QJsonObject &option)
 {
     const QString title = Config::jsonString(option, QStringLiteral("title"));
-    auto *reason = new QRadioButton(Look::buttonText(title), scrollContents);
+    auto *reason = new QRadioButton(scrollContents);
+    Look::setWrappedText(reason, title, reasonTextWidth);
     reason->setFocusPolicy(Qt::TabFocus);
     reason->setProperty(problemProperty, option);
     scrollContentsLayout->addWidget(reason);
@@ -109,8 +128,13 @@ void OptionPage::radioButtonClicked(bool checked)
 
     const bool asksForText = isOfType(option, "submit");
     pnlTextEdit->setVisible(asksForText);
-    if (asksForText)
+    if (asksForText) {
         textEdit->setFocus();
+        // Once the box has its place; it may lie below what the scroll area shows.
+        QTimer::singleShot(0, this, [this] { scrollArea->ensureWidgetVisible(pnlTextEdit, 0, 8); });
+    } else {
+        reason->setFocus();
+    }
 
     showOffer(option);
     showBanner(option);
@@ -126,8 +150,6 @@ void OptionPage::moveTextBoxBelow(QRadioButton *reason)
 {
     scrollContentsLayout->removeWidget(pnlTextEdit);
     scrollContentsLayout->insertWidget(scrollContentsLayout->indexOf(reason) + 1, pnlTextEdit);
-
-    QWidget::setTabOrder(reason, textEdit);
 }
 
 void OptionPage::showOffer(const QJsonObject &option)

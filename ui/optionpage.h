@@ -29,6 +29,7 @@ private Q_SLOTS:
 private:
     void removeSampleReasons();
     void fill(const QList<QJsonObject> &options);
+    void orderTabs();
     void addReason(const QJsonObject &option);
     void showBanner(const QJsonObject &option);
     void moveTextBoxBelow(QRadioButton *reason);

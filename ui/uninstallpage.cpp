@@ -53,6 +53,7 @@ UninstallPage::UninstallPage(QWidget *parent, const QList<QJsonObject> &recommen
     imgArrow->setAttribute(Qt::WA_TransparentForMouseEvents);
     setArrow("disabled");
 
+    setPicture("Uninstalling");
     lstProduct->addProducts(recommended);
     edtEmail->setPlaceholderText(tr("Email address"));
 
@@ -84,9 +85,9 @@ void UninstallPage::fail()
     pnlSubscribe->show();
     edtEmail->hide();
     widget->hide();
+    setPicture("UninstallFailed");
     lblTitle->setText(tr("Uninstall Failed"));
-    label_2->setText(
-        tr("Your uninstallation encountered errors. Please try uninstalling again."));
+    label_2->setText(tr("Your uninstallation encountered errors. Please try uninstalling again."));
     btnSubscribe->setText(tr("Close"));
     btnClose->setEnabled(true);
     btnProduct->setEnabled(true);
@@ -139,6 +140,7 @@ void UninstallPage::succeed()
     progressBar->hide();
     pnlSubscribe->show();
     edtEmail->setFocus();
+    setPicture("UninstallSuccess");
     lblTitle->setText(tr("Successfully uninstalled"));
     label_2->setText(tr("Subscribe to get the latest updates"));
     btnClose->setEnabled(true);
@@ -189,6 +191,12 @@ bool UninstallPage::hasSucceeded() const
 void UninstallPage::lstProductItemClicked(QListWidgetItem *item)
 {
     ProductList::openProduct(item, QStringLiteral("uninstallprocess"));
+}
+
+void UninstallPage::setPicture(const char *name)
+{
+    imgUninstall->setStyleSheet(
+        Look::pictureStyle(QStringLiteral(":/Resources/light/%1_2x.png").arg(QLatin1String(name))));
 }
 
 void UninstallPage::setArrow(const char *state)

@@ -54,6 +54,7 @@ private:
     void more();
     void leave();
     bool hasSucceeded() const;
+    void setPicture(const char *name);
     void setArrow(const char *state);
 
     QElapsedTimer m_clock;

@@ -30,14 +30,13 @@ MainWindow::MainWindow(QWidget *parent)
 
     m_overlay = new QWidget(this);
     m_overlay->setStyleSheet(
-        QStringLiteral("background-color: rgb(0, 0, 0, 127);\nborder-radius: 12px;"));
+        QStringLiteral("background-color: rgba(0, 0, 0, 127);\nborder-radius: 12px;"));
     m_overlay->hide();
 
     connect(optionPage->btnNext, &QPushButton::clicked, this, &MainWindow::btnNextClicked);
     connect(optionPage->btnContinue, &QPushButton::clicked, this, &MainWindow::btnContinueClicked);
     connect(upgradePage->btnCancel, &QPushButton::clicked, this, &MainWindow::btnCancelClicked);
-    connect(uninstallPage, &UninstallPage::btnProductClicked, this,
-            &MainWindow::btnProductClicked);
+    connect(uninstallPage, &UninstallPage::btnProductClicked, this, &MainWindow::btnProductClicked);
 
     m_installProcess = new QProcess(this);
     connect(m_installProcess, &QProcess::started, this, &MainWindow::installStarted);
@@ -51,9 +50,21 @@ MainWindow::MainWindow(QWidget *parent)
             &MainWindow::uninstallFinished);
     connect(m_uninstallProcess, &QProcess::errorOccurred, this, &MainWindow::uninstallError);
 
-    create(); // the native window, which dragging hangs on
-    Platform::enableCaptionDragging(windowHandle(),
-                                    [this](const QPoint &globalPos) { return isCaption(globalPos); });
+    // A page takes the keyboard as a whole: Tab then leads to its first control.
+    connect(wizardPages, &QStackedWidget::currentChanged, this,
+            [this] { wizardPages->currentWidget()->setFocus(); });
+    optionPage->setFocus();
+
+    Platform::enableCaptionDragging(
+        this, [this](const QPoint &globalPos) { return isCaption(globalPos); });
+}
+
+MainWindow::~MainWindow()
+{
+    // A process that still runs is ended by its own destruction, among the window's children, when
+    // the pages that its last signals would move are gone.
+    m_installProcess->disconnect(this);
+    m_uninstallProcess->disconnect(this);
 }
 
 bool MainWindow::isCaption(const QPoint &globalPos) const

@@ -16,6 +16,7 @@ class MainWindow : public BaseWindow, public Ui::MainWindow
 
 public:
     explicit MainWindow(QWidget *parent);
+    ~MainWindow() override;
 
     /// Whether the window is dragged by this point (global coordinates): its top strip, outside
     /// buttons.

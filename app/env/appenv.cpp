@@ -54,8 +54,7 @@ QString productDataDir()
 
 QString uninstallerDataDir()
 {
-    const QStringList temporary =
-        QStandardPaths::standardLocations(QStandardPaths::TempLocation);
+    const QStringList temporary = QStandardPaths::standardLocations(QStandardPaths::TempLocation);
     const QString root = temporary.isEmpty() ? QDir::tempPath() : temporary.constFirst();
     return ensuredFolder(root + QStringLiteral("/Norvane Clipwright Uninstaller"));
 }
@@ -110,8 +109,7 @@ QString findUninstaller()
     if (folder.isEmpty())
         return {};
     for (int number = 9; number >= 0; --number) {
-        const QString stem =
-            folder + QDir::separator() + QStringLiteral("unins00%1").arg(number);
+        const QString stem = folder + QDir::separator() + QStringLiteral("unins00%1").arg(number);
         const QString program = stem + QStringLiteral(".exe");
         if (QFile::exists(program) && QFile::exists(stem + QStringLiteral(".dat")))
             return program;

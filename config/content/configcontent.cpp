@@ -85,7 +85,7 @@ QString configFilePath()
 QJsonObject loadConfig()
 {
     static QJsonDocument document;
-    if (document.isNull() || document.isEmpty()) {
+    if (document.object().isEmpty()) { // nothing read yet, or nothing in what was read
         QString fileName = configFilePath();
         if (!QFile::exists(fileName))
             fileName = QStringLiteral(":/Resources/cfg/%1.cfg").arg(configLanguageCode());

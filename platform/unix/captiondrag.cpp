@@ -1,5 +1,6 @@
 #include "platform/captiondrag.h"
 
+#include <QtGui/QGuiApplication>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QWindow>
 
@@ -10,21 +11,22 @@ namespace {
 class CaptionDragFilter : public QObject
 {
 public:
-    CaptionDragFilter(QWindow *window, IsCaption isCaption)
+    CaptionDragFilter(QObject *window, IsCaption isCaption)
         : QObject(window)
         , m_isCaption(std::move(isCaption))
     {
         window->installEventFilter(this);
     }
 
-    bool eventFilter(QObject *watched, QEvent *event) override
+    bool eventFilter(QObject * /*watched*/, QEvent *event) override
     {
-        if (event->type() == QEvent::MouseButtonPress) {
-            const auto *press = static_cast<QMouseEvent *>(event);
-            if (press->button() == Qt::LeftButton && m_isCaption(press->globalPos()))
-                return static_cast<QWindow *>(watched)->startSystemMove();
-        }
-        return false;
+        if (event->type() != QEvent::MouseButtonPress)
+            return false;
+        const auto *press = static_cast<QMouseEvent *>(event);
+        if (press->button() != Qt::LeftButton || !m_isCaption(press->globalPos()))
+            return false;
+        QWindow *window = QGuiApplication::topLevelAt(press->globalPos());
+        return window && window->startSystemMove();
     }
 
 private:
@@ -39,7 +41,7 @@ bool answerCaptionHitTest(const QByteArray & /*eventType*/, void * /*message*/, 
     return false;
 }
 
-void enableCaptionDragging(QWindow *window, const IsCaption &isCaption)
+void enableCaptionDragging(QObject *window, const IsCaption &isCaption)
 {
     new CaptionDragFilter(window, isCaption); // goes with the window
 }

@@ -15,6 +15,6 @@ bool answerCaptionHitTest(const QByteArray & /*eventType*/, void *message, long 
     return true;
 }
 
-void enableCaptionDragging(QWindow * /*window*/, const IsCaption & /*isCaption*/) {}
+void enableCaptionDragging(QObject * /*window*/, const IsCaption & /*isCaption*/) {}
 
 } // namespace Platform

@@ -24,7 +24,8 @@ QString ipv4AddressOf(const QString &hostName)
     const hostent *host = gethostbyname(hostName.toLocal8Bit().constData());
     if (host && host->h_addr_list[0]) {
         const auto *bytes = reinterpret_cast<const unsigned char *>(host->h_addr_list[0]);
-        text = QStringLiteral("%1.%2.%3.%4").arg(bytes[0]).arg(bytes[1]).arg(bytes[2]).arg(bytes[3]);
+        text =
+            QStringLiteral("%1.%2.%3.%4").arg(bytes[0]).arg(bytes[1]).arg(bytes[2]).arg(bytes[3]);
     }
     WSACleanup();
     return text;

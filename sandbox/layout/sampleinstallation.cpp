@@ -50,7 +50,9 @@ bool SampleInstallation::write() const
     const QStringList files = productFiles() + resourceFiles();
     for (const QString &file : files)
         ok = writeInstallFile(file) && ok;
-    ok = copyProgram(QStringLiteral("sample-program"), installDir() + QLatin1Char('/') + productExe) && ok;
+    ok = copyProgram(QStringLiteral("sample-program"),
+                     installDir() + QLatin1Char('/') + productExe) &&
+         ok;
     ok = writeUninstaller(0, {{QStringLiteral("delay"), QStringLiteral("3000")}}) && ok;
     ok = writeUpdateInstaller({{QStringLiteral("delay"), QStringLiteral("2000")}}) && ok;
     ok = writeProductIni(QStringLiteral("ENG")) && ok;

@@ -40,8 +40,9 @@ int main(int argc, char **argv)
     if (exitCode != 0)
         return exitCode;
 
-    const bool removeResources = std::any_of(
-        argv + 1, argv + argc, [](const char *argument) { return argument == std::string("/DELRESOURCE"); });
+    const bool removeResources = std::any_of(argv + 1, argv + argc, [](const char *argument) {
+        return argument == std::string("/DELRESOURCE");
+    });
     const fs::path root = program.parent_path();
     for (const auto &[key, text] : instructions) {
         if (key == "file" || (key == "resource" && removeResources))

@@ -44,6 +44,7 @@ int main(int argc, char **argv)
 
     const int exitCode = std::atoi(Sample::value(instructions, "exit").c_str());
     if (exitCode == 0)
-        setVersion(fs::u8path(Sample::value(instructions, "ini")), switchText(argc, argv, "NEWVER"));
+        setVersion(fs::u8path(Sample::value(instructions, "ini")),
+                   switchText(argc, argv, "NEWVER"));
     return exitCode;
 }

@@ -10,9 +10,9 @@
 #include <string>
 
 #if defined(_WIN32)
-#  include <io.h>
+#include <io.h>
 #else
-#  include <unistd.h>
+#include <unistd.h>
 #endif
 
 namespace {

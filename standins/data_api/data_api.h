@@ -4,13 +4,13 @@
 /// Calls come from one thread. Results say nothing the program needs.
 
 #if defined(_WIN32)
-#  if defined(DATA_API_BUILD)
-#    define DATA_API __declspec(dllexport)
-#  else
-#    define DATA_API __declspec(dllimport)
-#  endif
+#if defined(DATA_API_BUILD)
+#define DATA_API __declspec(dllexport)
 #else
-#  define DATA_API __attribute__((visibility("default")))
+#define DATA_API __declspec(dllimport)
+#endif
+#else
+#define DATA_API __attribute__((visibility("default")))
 #endif
 
 extern "C" {

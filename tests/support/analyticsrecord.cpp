@@ -39,8 +39,7 @@ QList<Event> events()
     for (const QJsonObject &call : all) {
         if (call.value(QLatin1String("call")) != QLatin1String("data_event"))
             continue;
-        const QByteArray properties =
-            call.value(QLatin1String("properties")).toString().toUtf8();
+        const QByteArray properties = call.value(QLatin1String("properties")).toString().toUtf8();
         events += {call.value(QLatin1String("category")).toString(),
                    call.value(QLatin1String("action")).toString(),
                    QJsonDocument::fromJson(properties).object()};
@@ -68,7 +67,7 @@ void restart()
 
 char *toString(const AnalyticsRecord::Event &event)
 {
-    return QTest::toString(event.category + QLatin1Char('/') + event.action + QLatin1Char(' ') +
-                           QString::fromUtf8(QJsonDocument(event.properties).toJson(
-                               QJsonDocument::Compact)));
+    return QTest::toString(
+        event.category + QLatin1Char('/') + event.action + QLatin1Char(' ') +
+        QString::fromUtf8(QJsonDocument(event.properties).toJson(QJsonDocument::Compact)));
 }

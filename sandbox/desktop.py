@@ -1,0 +1,129 @@
+"""A desktop of its own for a program under test: X server, session bus with accessibility, window
+manager and compositor. Needs the distribution's python3, for which pyatspi is packaged."""
+
+import contextlib
+import os
+import subprocess
+import time
+
+
+class Desktop:
+    """Starts the desktop on entry, ends all of it on exit."""
+
+    def __init__(self, width=1000, height=680):
+        self._size = f"{width}x{height}x24"
+        self._processes = contextlib.ExitStack()
+
+    def __enter__(self):
+        os.environ["DISPLAY"] = ":" + self._start_and_ask(
+            ["Xvfb", "-screen", "0", self._size, "-nolisten", "tcp", "-displayfd"])
+        os.environ["DBUS_SESSION_BUS_ADDRESS"] = self._start_and_ask(
+            ["dbus-daemon", "--session", "--nofork", "--print-address"])
+        self._start(["openbox"])
+        # Translucent windows need a compositor to show what lies behind their corners.
+        self._start(["picom", "--config", "/dev/null", "--backend", "xrender"])
+        time.sleep(0.5)
+        subprocess.run(["xsetroot", "-solid", "#8fa3b8"], check=True)
+        return self
+
+    def __exit__(self, *exception):
+        self._processes.close()
+
+    def _start(self, command, **options):
+        process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                   **options)
+        self._processes.callback(process.wait)
+        self._processes.callback(process.terminate)
+
+    def _start_and_ask(self, command):
+        """Starts a server that writes its address to the descriptor that it is given last."""
+        read_end, write_end = os.pipe()
+        self._start([*command, str(write_end)], pass_fds=[write_end])
+        os.close(write_end)
+        with os.fdopen(read_end) as reply:
+            return reply.readline().strip()
+
+    @staticmethod
+    def save_picture(file):
+        """Saves what the whole screen shows."""
+        subprocess.run(["import", "-window", "root", file], check=True)
+
+
+class Application:
+    """A running program, seen and driven as a screen reader's user does."""
+
+    def __init__(self, command, environment, log):
+        # Not before the desktop is there: importing it looks for the bus.
+        import pyatspi  # pylint: disable=import-outside-toplevel
+        self._pyatspi = pyatspi
+        self._log = open(log, "wb")
+        self.process = subprocess.Popen(command, env=environment, stdin=subprocess.DEVNULL,
+                                        stdout=self._log, stderr=subprocess.STDOUT)
+
+    def close(self):
+        if self.process.poll() is None:
+            self.process.kill()
+        self.process.wait()
+        self._log.close()
+
+    def _root(self):
+        for application in self._pyatspi.Registry.getDesktop(0):
+            if application and application.get_process_id() == self.process.pid:
+                return application
+        return None
+
+    def find(self, role, name=None, window=None):
+        """The first showing object of a role (and name, in a window of that title), or None."""
+
+        def is_wanted(node):
+            return (node.getRoleName() == role and (name is None or node.name == name)
+                    and node.getState().contains(self._pyatspi.STATE_SHOWING))
+
+        try:
+            for top in self._root() or []:
+                if window is None or top.name == window:
+                    found = self._pyatspi.findDescendant(top, is_wanted)
+                    if found:
+                        return found
+            return None
+        except Exception:  # the tree changes while it is walked; the caller looks again
+            return None
+
+    def wait_for(self, role, name=None, seconds=15, window=None):
+        deadline = time.monotonic() + seconds
+        while time.monotonic() < deadline:
+            node = self.find(role, name, window)
+            if node:
+                return node
+            if self.process.poll() is not None:
+                raise AssertionError(f"the program ended before {role} {name!r} was shown")
+            time.sleep(0.1)
+        raise AssertionError(f"no {role} {name!r} within {seconds} s")
+
+    def press(self, role, name=None, window=None):
+        """Performs the object's own press or toggle action."""
+        node = self.wait_for(role, name, window=window)
+        actions = node.queryAction()
+        for wanted in ("Toggle", "Press"):
+            for i in range(actions.nActions):
+                if actions.getName(i) == wanted:
+                    actions.doAction(i)
+                    return node
+        raise AssertionError(f"{role} {name!r} cannot be pressed")
+
+    @staticmethod
+    def type_into(node, text):
+        node.queryEditableText().setTextContents(text)
+
+    def wait_for_exit(self, seconds=15):
+        return self.process.wait(timeout=seconds)
+
+
+def browser_folder(folder, record):
+    """A folder for PATH whose xdg-open notes the links that it is given."""
+    os.makedirs(folder, exist_ok=True)
+    script = os.path.join(folder, "xdg-open")
+    with open(script, "w", encoding="utf-8") as file:
+        file.write(f"#!/bin/sh\nprintf '%s\\n' \"$1\" >> '{record}'\n")
+    os.chmod(script, 0o755)
+    return folder

@@ -1,0 +1,260 @@
+#!/usr/bin/python3
+"""Plays stories on the real program in a sample installation, as a person with a screen reader
+would, and judges each from outside: arguments received, files gone, events recorded, links opened,
+exit code. Saves a picture of each page. Exits with 1 when anything is not as it should be.
+
+usage: /usr/bin/python3 sandbox/play.py STORY --bin DIR --out DIR
+"""
+
+import argparse
+import json
+import os
+import shutil
+import shlex
+import subprocess
+import sys
+import time
+
+from desktop import Application, Desktop, browser_folder
+
+
+class Story:
+    """One run of the program: its sandbox, what is expected of it, what it did."""
+
+    def __init__(self, binaries, out):
+        self.binaries = binaries
+        self.out = out
+        self.root = os.path.join(out, "sandbox")
+        self.failures = []
+        self.pictures = []
+
+    def prepare(self):
+        shutil.rmtree(self.out, ignore_errors=True)
+        os.makedirs(self.out)
+        made = subprocess.run([os.path.join(self.binaries, "make-sandbox"), self.root], check=True,
+                              stdout=subprocess.PIPE, encoding="utf-8")
+        self.environment = dict(os.environ)
+        for assignment in shlex.split(made.stdout):
+            variable, _, value = assignment.partition("=")
+            self.environment[variable] = value
+        browser = browser_folder(os.path.join(self.root, "bin"), self.path("Received/links.txt"))
+        self.environment["PATH"] = browser + os.pathsep + self.environment["PATH"]
+        self.environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+        # The X11 plugin warns of windows that the window manager removed a moment before it did.
+        self.environment["QT_LOGGING_RULES"] = "qt.qpa.xcb=false"
+
+    def path(self, relative):
+        return os.path.join(self.root, relative)
+
+    @property
+    def install_dir(self):
+        return self.path("Program Files/Norvane/Norvane Clipwright")
+
+    def expect(self, condition, text):
+        print(("  ok    " if condition else "  FAIL  ") + text)
+        if not condition:
+            self.failures.append(text)
+
+    def expect_equal(self, actual, expected, text):
+        self.expect(actual == expected, text)
+        if actual != expected:
+            print(f"        expected {expected}\n        found    {actual}")
+
+    def picture(self, name):
+        file = os.path.join(self.out, f"{len(self.pictures) + 1:02}-{name}.png")
+        time.sleep(0.3)  # let the compositor show the last change
+        Desktop.save_picture(file)
+        self.pictures.append(file)
+
+    def lines(self, relative):
+        try:
+            with open(self.path(relative), encoding="utf-8") as file:
+                return file.read().splitlines()
+        except FileNotFoundError:
+            return []
+
+    def calls(self):
+        record = "Temp/Norvane Clipwright Uninstaller/Analystic/data_api.jsonl"
+        return [json.loads(line) for line in self.lines(record)]
+
+    def events(self):
+        return [(call["category"], call["action"], json.loads(call["properties"]))
+                for call in self.calls() if call["call"] == "data_event"]
+
+    def files_left(self, below=""):
+        folder = os.path.join(self.install_dir, below)
+        return sorted(os.path.relpath(os.path.join(parent, file), self.install_dir)
+                      for parent, _, files in os.walk(folder) for file in files)
+
+    def start(self):
+        return Application([os.path.join(self.binaries, "clipwright-uninstaller-sandbox")],
+                           self.environment, os.path.join(self.out, "program.log"))
+
+    def summary(self):
+        print("\nArguments that the setup uninstaller received:")
+        print("  " + " ".join(self.lines("Received/uninstaller.txt") or ["(never started)"]))
+        print("Files left of the sample product: " + (", ".join(self.files_left()) or "none"))
+        print("Links opened:")
+        for link in self.lines("Received/links.txt") or ["(none)"]:
+            print("  " + link)
+        print("Events, in order:")
+        for category, action, properties in self.events():
+            print(f"  {category}/{action} {json.dumps(properties, ensure_ascii=False)}")
+        print(f"Pictures: {self.out}")
+        with open(os.path.join(self.out, "program.log"), encoding="utf-8", errors="replace") as log:
+            said = log.read().strip()
+        self.expect(not said, "the program printed no warning" + (f": {said}" if said else ""))
+
+
+TAB = "radio button"  # one of several buttons of which one is checked
+
+POP_UP = ("DoUninstall", "UninstallPopUp", {"source": "uninstall_action"})
+
+
+def feedback(action, code, detail="", button=""):
+    return ("DoUninstall", action, {"MsgCode": code, "Msgdetail": detail,
+                                    "isoption": "1" if button else "0",
+                                    "source": "uninstall_action", "RetainActionName": button})
+
+
+def reconfirm(button, delete_all):
+    return ("DoUninstall", "UninstallReConfirm", {"ButtonClick": button,
+                                                  "is_delete_all": delete_all})
+
+
+def play_uninstall(story):
+    """A whole uninstall: reasons looked at, an offer opened, removed, subscribed, products seen."""
+    program = story.start()
+    try:
+        program.wait_for("push button", "Cancel")
+        story.picture("feedback")
+        program.press("radio button", "A feature I need is missing")
+        program.type_into(program.wait_for("text"), "Keyframes for every effect, please.")
+        story.picture("reason-with-text-box")
+        program.press("radio button", "The full version costs too much for me")
+        program.press("push button", "  Get 30% off  ")
+        story.picture("reason-with-offer")
+        program.press("radio button", "A feature I need is missing")
+        program.press("push button", "Continue")
+        program.wait_for("label", "Are you sure you want to remove Norvane Clipwright?")
+        story.picture("confirmation")
+        program.press("push button", "Remove")
+        program.wait_for("label", "Thanks for your feedback! Uninstalling...")
+        time.sleep(13)
+        story.picture("progress-near-half")
+        program.wait_for("label", "Successfully uninstalled", seconds=40)
+        story.picture("success")
+        program.type_into(program.wait_for("text"), "robin@mail")
+        program.press("push button", "Done")
+        program.wait_for("label", "Please enter a valid email address.")
+        story.picture("success-wrong-address")
+        program.type_into(program.wait_for("text"), "robin@mail.test")
+        program.press("push button", "Done")
+        program.wait_for(TAB, "Creativity")
+        story.picture("products")
+        program.press(TAB, "Utility")
+        story.picture("products-of-a-category")
+        program.press("push button", "Close")
+        code = program.wait_for_exit()
+    finally:
+        program.close()
+
+    story.expect_equal(code, 0, "the program ended with exit code 0")
+    story.expect_equal(story.lines("Received/uninstaller.txt"), ["/VERYSILENT", "/REINSTALL"],
+                       "the setup uninstaller received exactly its two arguments")
+    story.expect_equal([file for file in story.files_left() if not file.startswith("Effects")], [],
+                       "the product's files are gone")
+    story.expect_equal(len(story.files_left("Effects")), 4, "the effect resources stay")
+    story.expect_equal(story.lines("Received/links.txt"),
+                       ["https://www.norvane.example/clipwright/offer?pid=8461&m=uninstall",
+                        "https://www.norvane.example/clipwright/goodbye"],
+                       "the offer and the farewell page were opened in the browser")
+    words = "Keyframes for every effect, please."
+    story.expect_equal(story.events(), [
+        POP_UP,
+        feedback("PopUp_FeedbackClick", "57", button="Coupon"),
+        feedback("RetainClick", "57", button="Coupon"),
+        feedback("UninstallContinue", "58", detail=words),
+        reconfirm("Remove", "0"),
+        ("DoUninstall", "UninstallCompleted", {"result": "success"}),
+        ("DoUninstall", "UninstallCompleted", {"ButtonClick": "Subscribe", "result": "success",
+                                               "email": "robin@mail.test"}),
+        ("DoUninstall", "Click_exit", {"pagesource": "moreproducts", "result": "success"}),
+    ], "the events came in order, with their properties")
+    story.expect_equal([call["call"] for call in story.calls()],
+                       ["data_init", "data_base_info"] + ["data_event"] * 8 + ["data_stop"],
+                       "the analytics session was opened, described and closed")
+
+
+def play_resources(story):
+    """The same with the effect resources removed, which is the user's choice."""
+    program = story.start()
+    try:
+        program.press("radio button", "I only needed it for one project")
+        program.press("push button", "Continue")
+        program.press("check box", "Remove all the effect resource files")
+        story.picture("confirmation-with-resources")
+        program.press("push button", "Remove")
+        program.wait_for("label", "Successfully uninstalled", seconds=40)
+        program.press("push button", "Close")
+        code = program.wait_for_exit()
+    finally:
+        program.close()
+
+    story.expect_equal(code, 0, "the program ended with exit code 0")
+    story.expect_equal(story.lines("Received/uninstaller.txt"),
+                       ["/VERYSILENT", "/REINSTALL", "/DELRESOURCE"],
+                       "the setup uninstaller received /DELRESOURCE third")
+    story.expect_equal(story.files_left(), [], "nothing of the product is left")
+    story.expect_equal(story.events(), [
+        POP_UP,
+        feedback("UninstallContinue", "62"),
+        reconfirm("Remove", "1"),
+        ("DoUninstall", "UninstallCompleted", {"result": "success"}),
+        ("DoUninstall", "Click_exit", {"pagesource": "uninstallprocess", "result": "success"}),
+    ], "the events came in order, with their properties")
+
+
+def play_cancel(story):
+    """Second thoughts: Cancel in the confirmation removes nothing and ends the program."""
+    program = story.start()
+    try:
+        program.press("radio button", "Other")
+        program.press("push button", "Continue")
+        program.wait_for("label", "Are you sure you want to remove Norvane Clipwright?")
+        program.press("push button", "Cancel", window="ConfirmWindow")
+        code = program.wait_for_exit()
+    finally:
+        program.close()
+
+    story.expect_equal(code, 0, "the program ended with exit code 0")
+    story.expect_equal(story.lines("Received/uninstaller.txt"), [], "nothing was started")
+    story.expect_equal(len(story.files_left()), 14, "the product is whole")
+    story.expect_equal(story.events(), [
+        POP_UP, feedback("UninstallContinue", "64"), reconfirm("Cancel", "0"),
+    ], "the events came in order, with their properties")
+
+
+STORIES = {"uninstall": play_uninstall, "resources": play_resources, "cancel": play_cancel}
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("story", choices=STORIES)
+    parser.add_argument("--bin", required=True, help="folder with the built programs")
+    parser.add_argument("--out", required=True, help="folder for sandbox, pictures and log")
+    arguments = parser.parse_args()
+
+    story = Story(os.path.abspath(arguments.bin), os.path.abspath(arguments.out))
+    play = STORIES[arguments.story]
+    print(f"== {arguments.story}: {play.__doc__}")
+    with Desktop():
+        story.prepare()
+        play(story)
+    story.summary()
+    print(f"== {arguments.story}: " + ("FAILED" if story.failures else "as it should be"))
+    return 1 if story.failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,324 @@
+#include "tests/support/analyticsrecord.h"
+#include "tests/support/linkcatcher.h"
+#include "tests/support/sandbox.h"
+#include "tests/support/testcase.h"
+#include "ui/confirmwindow.h"
+#include "wizard/mainwindow.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QRegularExpression>
+#include <QtCore/QTimer>
+#include <QtGui/QWindow>
+#include <QtTest/QTest>
+#include <QtWidgets/QApplication>
+
+#include <algorithm>
+
+class TestUninstallRun : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void argumentsWithoutResources();
+    void argumentsWithResources();
+    void cancelEndsWithoutStartingAnything();
+    void closeFromTheWindowSystemCountsAsCancel();
+    void filesAreReallyRemoved();
+    void goodEndLeavesThePageToItsOwnTiming();
+    void windowIsLockedFromRemoveToTheStart();
+    void noPairFailsAfterHalfASecond();
+    void noFolderFailsAfterHalfASecond();
+    void unstartableProgramFailsAtOnce();
+    void exitCodeFails();
+    void crashFails();
+    void closeIsRefusedDuringTheRun();
+    void hangingProcessEndsWithTheWindow();
+    void failedRunIsReportedOnTheProductPage();
+    void quitWhileAskingRemovesNothing();
+
+private:
+    void answer(MainWindow &window, int result, bool deleteAll = false);
+
+    std::unique_ptr<Sandbox> m_sandbox;
+};
+
+namespace {
+
+const SampleInstallation::Orders noDelay{{QStringLiteral("delay"), QStringLiteral("0")}};
+
+bool isProcessRunning(const MainWindow &window)
+{
+    const QList<QProcess *> processes = window.findChildren<QProcess *>();
+    return std::any_of(processes.begin(), processes.end(), [](const QProcess *process) {
+        return process->state() != QProcess::NotRunning;
+    });
+}
+
+QString failedTitle()
+{
+    return QStringLiteral("Uninstall Failed");
+}
+
+QJsonObject lastProperties()
+{
+    return AnalyticsRecord::events().constLast().properties;
+}
+
+} // namespace
+
+void TestUninstallRun::init()
+{
+    m_sandbox = std::make_unique<Sandbox>();
+    (*m_sandbox)->writeUninstaller(0, noDelay);
+    AnalyticsRecord::restart();
+}
+
+void TestUninstallRun::cleanup()
+{
+    m_sandbox.reset();
+}
+
+// Presses Continue and answers the question that follows.
+void TestUninstallRun::answer(MainWindow &window, int result, bool deleteAll)
+{
+    window.optionPage->btnContinue->setEnabled(true);
+    QTimer::singleShot(0, &window, [&window, result, deleteAll] {
+        auto *dialog = window.findChild<ConfirmWindow *>();
+        dialog->checkBox->setChecked(deleteAll);
+        (result ? dialog->btnRemove : dialog->btnCancel)->click();
+    });
+    window.optionPage->btnContinue->click();
+}
+
+void TestUninstallRun::argumentsWithoutResources()
+{
+    MainWindow window(nullptr);
+    window.show();
+    answer(window, 1);
+    QTRY_COMPARE(window.wizardPages->currentWidget(), window.uninstallPage);
+    QTRY_COMPARE(Sandbox::readLines((*m_sandbox)->uninstallerRecord()),
+                 QStringList({QStringLiteral("/VERYSILENT"), QStringLiteral("/REINSTALL")}));
+    QCOMPARE(AnalyticsRecord::events().constLast().action, QStringLiteral("UninstallReConfirm"));
+    QCOMPARE(lastProperties(), QJsonObject({{QLatin1String("ButtonClick"), QLatin1String("Remove")},
+                                            {QLatin1String("is_delete_all"), QLatin1String("0")}}));
+    QTRY_VERIFY(!isProcessRunning(window));
+}
+
+void TestUninstallRun::argumentsWithResources()
+{
+    MainWindow window(nullptr);
+    window.show();
+    answer(window, 1, true);
+    QTRY_COMPARE(Sandbox::readLines((*m_sandbox)->uninstallerRecord()),
+                 QStringList({QStringLiteral("/VERYSILENT"), QStringLiteral("/REINSTALL"),
+                              QStringLiteral("/DELRESOURCE")}));
+    QCOMPARE(lastProperties(), QJsonObject({{QLatin1String("ButtonClick"), QLatin1String("Remove")},
+                                            {QLatin1String("is_delete_all"), QLatin1String("1")}}));
+    QTRY_VERIFY(!isProcessRunning(window));
+}
+
+void TestUninstallRun::cancelEndsWithoutStartingAnything()
+{
+    MainWindow window(nullptr);
+    window.show();
+    answer(window, 0, true);
+    QVERIFY(!window.isVisible());
+    QCOMPARE(lastProperties(), QJsonObject({{QLatin1String("ButtonClick"), QLatin1String("Cancel")},
+                                            {QLatin1String("is_delete_all"), QLatin1String("1")}}));
+    QTest::qWait(200);
+    QVERIFY(!QFile::exists((*m_sandbox)->uninstallerRecord()));
+    QCOMPARE(AnalyticsRecord::actions(),
+             QStringList({QStringLiteral("UninstallPopUp"), QStringLiteral("UninstallContinue"),
+                          QStringLiteral("UninstallReConfirm")}));
+}
+
+void TestUninstallRun::closeFromTheWindowSystemCountsAsCancel()
+{
+    MainWindow window(nullptr);
+    window.show();
+    window.optionPage->btnContinue->setEnabled(true);
+    bool stayed = false;
+    QTimer::singleShot(0, &window, [&window, &stayed] {
+        auto *dialog = window.findChild<ConfirmWindow *>();
+        dialog->windowHandle()->close();
+        stayed = dialog->isVisible();
+    });
+    window.optionPage->btnContinue->click();
+    QVERIFY(stayed);
+    QVERIFY(!window.isVisible());
+    QCOMPARE(lastProperties().value(QLatin1String("ButtonClick")),
+             QJsonValue(QLatin1String("Cancel")));
+}
+
+void TestUninstallRun::filesAreReallyRemoved()
+{
+    MainWindow window(nullptr);
+    window.show();
+    answer(window, 1, true);
+    QTRY_VERIFY(!QDir((*m_sandbox)->installDir()).exists());
+    QTRY_VERIFY(!isProcessRunning(window));
+}
+
+void TestUninstallRun::goodEndLeavesThePageToItsOwnTiming()
+{
+    const LinkCatcher links;
+    MainWindow window(nullptr);
+    window.show();
+    answer(window, 1);
+    QTRY_VERIFY(!QFile::exists((*m_sandbox)->installDir() + QStringLiteral("/unins000.exe")));
+    QTRY_VERIFY(!isProcessRunning(window));
+    QVERIFY(window.uninstallPage->isRunning());
+    QVERIFY(window.uninstallPage->progressBar->value() < 20);
+    QCOMPARE(AnalyticsRecord::actions().last(), QStringLiteral("UninstallReConfirm"));
+
+    window.uninstallPage->showElapsed(30000);
+    QVERIFY(!window.uninstallPage->isRunning());
+    QCOMPARE(lastProperties(), QJsonObject({{QLatin1String("result"), QLatin1String("success")}}));
+}
+
+void TestUninstallRun::windowIsLockedFromRemoveToTheStart()
+{
+    MainWindow window(nullptr);
+    window.show();
+    answer(window, 1);
+    QVERIFY(!window.isEnabled()); // the process has been asked for, no event has come yet
+    QTRY_VERIFY(window.isEnabled());
+    QCOMPARE(window.wizardPages->currentWidget(), window.uninstallPage);
+    QTRY_VERIFY(!isProcessRunning(window));
+}
+
+void TestUninstallRun::noPairFailsAfterHalfASecond()
+{
+    QVERIFY(QFile::remove((*m_sandbox)->installDir() + QStringLiteral("/unins000.dat")));
+    MainWindow window(nullptr);
+    window.show();
+    answer(window, 1);
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(window.isEnabled());
+    QCOMPARE(window.wizardPages->currentWidget(), window.uninstallPage);
+    QVERIFY(window.uninstallPage->isRunning());
+    QTRY_COMPARE(window.uninstallPage->lblTitle->text(), failedTitle());
+    QVERIFY2(clock.elapsed() >= 450, QByteArray::number(clock.elapsed()).constData());
+    QCOMPARE(lastProperties(), QJsonObject({{QLatin1String("result"), QLatin1String("failure")}}));
+    QVERIFY(!QFile::exists((*m_sandbox)->uninstallerRecord()));
+}
+
+void TestUninstallRun::noFolderFailsAfterHalfASecond()
+{
+    (*m_sandbox)->removeSystemValue(QStringLiteral("HKEY_CLASSES_ROOT/NCPFile/path"));
+    MainWindow window(nullptr);
+    window.show();
+    answer(window, 1);
+    QCOMPARE(window.wizardPages->currentWidget(), window.uninstallPage);
+    QTRY_COMPARE(window.uninstallPage->lblTitle->text(), failedTitle());
+}
+
+void TestUninstallRun::unstartableProgramFailsAtOnce()
+{
+    QFile program((*m_sandbox)->installDir() + QStringLiteral("/unins000.exe"));
+    QVERIFY(program.setPermissions(QFile::ReadOwner));
+    MainWindow window(nullptr);
+    window.show();
+    answer(window, 1);
+    QTRY_COMPARE(window.uninstallPage->lblTitle->text(), failedTitle());
+    QVERIFY(window.isEnabled());
+    QVERIFY(!window.uninstallPage->isRunning());
+    QCOMPARE(window.wizardPages->currentWidget(), window.uninstallPage);
+    QCOMPARE(AnalyticsRecord::actions().count(QStringLiteral("UninstallCompleted")), 1);
+}
+
+void TestUninstallRun::exitCodeFails()
+{
+    (*m_sandbox)->writeUninstaller(0, {{QStringLiteral("exit"), QStringLiteral("5")}});
+    MainWindow window(nullptr);
+    window.show();
+    answer(window, 1);
+    QTRY_COMPARE(window.uninstallPage->lblTitle->text(), failedTitle());
+    QCOMPARE(AnalyticsRecord::actions().count(QStringLiteral("UninstallCompleted")), 1);
+    QVERIFY(QFile::exists((*m_sandbox)->installDir() + QStringLiteral("/ClipCore.dll")));
+}
+
+void TestUninstallRun::crashFails()
+{
+    (*m_sandbox)->writeUninstaller(0, {{QStringLiteral("end"), QStringLiteral("crash")}});
+    MainWindow window(nullptr);
+    window.show();
+    answer(window, 1);
+    QTRY_COMPARE(window.uninstallPage->lblTitle->text(), failedTitle());
+    QCOMPARE(AnalyticsRecord::actions().count(QStringLiteral("UninstallCompleted")), 1);
+}
+
+void TestUninstallRun::closeIsRefusedDuringTheRun()
+{
+    MainWindow window(nullptr);
+    window.show();
+    answer(window, 1);
+    QTRY_VERIFY(window.uninstallPage->isRunning());
+    window.windowHandle()->close();
+    QVERIFY(window.isVisible());
+    QTRY_VERIFY(!isProcessRunning(window));
+    window.windowHandle()->close();
+    QVERIFY(window.isVisible()); // the run is not over while it is shown
+    window.uninstallPage->fail();
+    window.windowHandle()->close();
+    QVERIFY(!window.isVisible());
+}
+
+void TestUninstallRun::hangingProcessEndsWithTheWindow()
+{
+    (*m_sandbox)->writeUninstaller(0, {{QStringLiteral("end"), QStringLiteral("hang")}});
+    // That it is ended on purpose is worth a warning to Qt.
+    QTest::ignoreMessage(
+        QtWarningMsg, QRegularExpression(QStringLiteral("QProcess: Destroyed while process .* is "
+                                                        "still running\\.")));
+    QElapsedTimer clock;
+    {
+        MainWindow window(nullptr);
+        window.show();
+        answer(window, 1);
+        QTRY_VERIFY(window.uninstallPage->isRunning());
+        window.uninstallPage->showElapsed(60000);
+        QVERIFY(window.uninstallPage->isRunning());
+        clock.start();
+    }
+    QVERIFY(clock.elapsed() < 5000);
+}
+
+void TestUninstallRun::failedRunIsReportedOnTheProductPage()
+{
+    (*m_sandbox)->writeUninstaller(0, {{QStringLiteral("exit"), QStringLiteral("1")}});
+    MainWindow window(nullptr);
+    window.show();
+    answer(window, 1);
+    QTRY_COMPARE(window.uninstallPage->lblTitle->text(), failedTitle());
+    window.uninstallPage->btnProduct->click();
+    QCOMPARE(window.wizardPages->currentWidget(), window.productPage);
+    QTimer::singleShot(0, &window, [&window] { window.productPage->btnClose->click(); });
+    QTimer::singleShot(5000, qApp, [] { QCoreApplication::exit(1); });
+    QCOMPARE(QApplication::exec(), 0);
+    QCOMPARE(lastProperties(),
+             QJsonObject({{QLatin1String("pagesource"), QLatin1String("moreproducts")},
+                          {QLatin1String("result"), QLatin1String("failure")}}));
+}
+
+void TestUninstallRun::quitWhileAskingRemovesNothing()
+{
+    MainWindow window(nullptr);
+    window.show();
+    window.optionPage->btnContinue->setEnabled(true);
+    QTimer::singleShot(0, &window, [&window] { window.optionPage->btnContinue->click(); });
+    QTimer::singleShot(100, qApp, [] { QCoreApplication::quit(); });
+    QCOMPARE(QApplication::exec(), 0);
+    QVERIFY(!window.findChild<ConfirmWindow *>());
+    QVERIFY(!QFile::exists((*m_sandbox)->uninstallerRecord()));
+    QCOMPARE(lastProperties().value(QLatin1String("ButtonClick")),
+             QJsonValue(QLatin1String("Cancel")));
+}
+
+QTEST_MAIN(TestUninstallRun)
+#include "test_uninstallrun.moc"

@@ -1,0 +1,54 @@
+#include "platform/machineinfo.h"
+#include "tests/support/testcase.h"
+
+#include <QtCore/QRegularExpression>
+#include <QtTest/QTest>
+
+class TestMachineInfo : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void machineHasAName();
+    void addressOfAName_data();
+    void addressOfAName();
+    void versionIsMajorAndMinor();
+    void languageIsAnAbbreviation();
+};
+
+void TestMachineInfo::machineHasAName()
+{
+    QVERIFY(!Platform::computerName().isEmpty());
+}
+
+void TestMachineInfo::addressOfAName_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("address");
+    QTest::newRow("loopback") << QStringLiteral("localhost") << QStringLiteral("127.0.0.1");
+    QTest::newRow("bytes over 127")
+        << QStringLiteral("192.168.200.255") << QStringLiteral("192.168.200.255");
+    QTest::newRow("does not resolve") << QStringLiteral("no-such-host.invalid") << QString();
+    QTest::newRow("not a name") << QStringLiteral("..") << QString();
+}
+
+void TestMachineInfo::addressOfAName()
+{
+    QFETCH(QString, name);
+    QTEST(Platform::ipv4AddressOf(name), "address");
+}
+
+void TestMachineInfo::versionIsMajorAndMinor()
+{
+    const QRegularExpression twoNumbers(QStringLiteral("\\A\\d+\\.\\d+\\z"));
+    QVERIFY2(twoNumbers.match(Platform::osVersion()).hasMatch(), qPrintable(Platform::osVersion()));
+}
+
+void TestMachineInfo::languageIsAnAbbreviation()
+{
+    const QRegularExpression letters(QStringLiteral("\\A[A-Z]{2,3}\\z"));
+    QVERIFY(letters.match(Platform::systemLanguageAbbrev()).hasMatch());
+}
+
+QTEST_APPLESS_MAIN(TestMachineInfo)
+#include "test_machineinfo.moc"

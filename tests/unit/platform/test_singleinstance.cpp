@@ -1,0 +1,101 @@
+#include "tests/support/sandbox.h"
+#include "tests/support/testcase.h"
+
+#include <QtCore/QProcess>
+#include <QtTest/QTest>
+
+class TestSingleInstance : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void secondProcessIsRefused();
+    void nameIsFreeAfterAnOrderlyEnd();
+    void nameIsFreeAfterAKill();
+    void otherNamesAreIndependent();
+    void brokenMachineDoesNotLockOut();
+};
+
+namespace {
+
+class Claim
+{
+public:
+    explicit Claim(const QString &name)
+    {
+        m_process.start(QStringLiteral(CLAIM_INSTANCE), {name});
+        m_process.waitForReadyRead();
+        m_answer = QString::fromLatin1(m_process.readAll().trimmed());
+    }
+
+    QString answer() const { return m_answer; }
+
+    void end()
+    {
+        m_process.closeWriteChannel();
+        m_process.waitForFinished();
+    }
+
+    void kill()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+
+    ~Claim() { kill(); }
+    Q_DISABLE_COPY(Claim)
+
+private:
+    QProcess m_process;
+    QString m_answer;
+};
+
+const QString name = QStringLiteral("Some Program");
+const QString claimed = QStringLiteral("claimed");
+const QString refused = QStringLiteral("refused");
+
+} // namespace
+
+void TestSingleInstance::secondProcessIsRefused()
+{
+    const Sandbox sandbox;
+    const Claim first(name);
+    QCOMPARE(first.answer(), claimed);
+    QCOMPARE(Claim(name).answer(), refused);
+    QCOMPARE(Claim(name).answer(), refused);
+}
+
+void TestSingleInstance::nameIsFreeAfterAnOrderlyEnd()
+{
+    const Sandbox sandbox;
+    Claim first(name);
+    QCOMPARE(first.answer(), claimed);
+    first.end();
+    QCOMPARE(Claim(name).answer(), claimed);
+}
+
+void TestSingleInstance::nameIsFreeAfterAKill()
+{
+    const Sandbox sandbox;
+    Claim first(name);
+    QCOMPARE(first.answer(), claimed);
+    first.kill();
+    QCOMPARE(Claim(name).answer(), claimed);
+}
+
+void TestSingleInstance::otherNamesAreIndependent()
+{
+    const Sandbox sandbox;
+    const Claim first(name);
+    QCOMPARE(Claim(QStringLiteral("Other Program")).answer(), claimed);
+}
+
+void TestSingleInstance::brokenMachineDoesNotLockOut()
+{
+    const Sandbox sandbox;
+    qputenv("XDG_RUNTIME_DIR", "/nowhere/at/all");
+    QCOMPARE(Claim(name).answer(), claimed);
+}
+
+QTEST_GUILESS_MAIN(TestSingleInstance)
+#include "test_singleinstance.moc"

@@ -1,0 +1,121 @@
+#include "tests/support/testcase.h"
+#include "ui/look.h"
+
+#include <QtCore/QTemporaryDir>
+#include <QtGui/QImage>
+#include <QtTest/QTest>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QLabel>
+
+class TestLook : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void plainPathsAreWrittenBare();
+    void pictureIsShownWhateverItsName_data();
+    void pictureIsShownWhateverItsName();
+    void controlCharactersGiveNoPicture();
+    void pathCannotAddARule();
+    void ampersandsAreShown();
+    void longTextIsBrokenIntoLines();
+};
+
+namespace {
+
+QColor centreOf(QWidget &widget)
+{
+    QImage image(widget.size(), QImage::Format_ARGB32);
+    image.fill(Qt::white);
+    widget.render(&image);
+    return image.pixelColor(image.rect().center());
+}
+
+} // namespace
+
+void TestLook::plainPathsAreWrittenBare()
+{
+    QCOMPARE(Look::pictureStyle(QStringLiteral(":/Resources/light/Option0_2x.png")),
+             QStringLiteral(".QWidget{border-image: url(:/Resources/light/Option0_2x.png);}"));
+    QCOMPARE(Look::pictureStyle(QStringLiteral("C:/Temp/Norvane Clipwright Uninstaller/a.png")),
+             QStringLiteral(
+                 ".QWidget{border-image: url(C:/Temp/Norvane Clipwright Uninstaller/a.png);}"));
+}
+
+void TestLook::pictureIsShownWhateverItsName_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *name :
+         {"plain.png", "with blank.png", "open(paren.png", "closing)paren.png", "O'Brien.png",
+          "bra{ce}s.png", "semi;colon.png", "per%20cent.png", "amper&sand.png", "at@2.png",
+          "J\xC3\xB6rg.png", "\xE5\x8B\x95\xE7\x94\xBB.png", "a.png);}*{background:blue",
+#ifndef Q_OS_WIN // names that its file systems refuse
+          "quo\"te.png", "back\\slash.png"
+#endif
+         })
+        QTest::newRow(name) << QString::fromUtf8(name);
+}
+
+void TestLook::pictureIsShownWhateverItsName()
+{
+    QFETCH(QString, name);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(name);
+    QImage picture(8, 8, QImage::Format_ARGB32);
+    picture.fill(Qt::red);
+    QVERIFY(picture.save(path, "PNG"));
+
+    QWidget window;
+    window.resize(40, 40);
+    QWidget panel(&window);
+    panel.resize(40, 40);
+    panel.setStyleSheet(Look::pictureStyle(path));
+    QCOMPARE(centreOf(window), QColor(Qt::red));
+}
+
+void TestLook::controlCharactersGiveNoPicture()
+{
+    QCOMPARE(Look::pictureStyle(QStringLiteral("/a/line\nbreak.png")), QString());
+    QCOMPARE(Look::pictureStyle(QString(QLatin1String("/a/\0.png", 7))), QString());
+}
+
+void TestLook::pathCannotAddARule()
+{
+    QWidget panel;
+    QLabel label(&panel);
+    label.resize(40, 40);
+    panel.setStyleSheet(Look::pictureStyle(QStringLiteral("/none/x.png);} * {background: blue")));
+    QVERIFY(centreOf(label) != QColor(Qt::blue));
+    panel.setStyleSheet(Look::pictureStyle(QStringLiteral("/none/x\");} * {background: blue")));
+    QVERIFY(centreOf(label) != QColor(Qt::blue));
+}
+
+void TestLook::ampersandsAreShown()
+{
+    QCOMPARE(Look::buttonText(QStringLiteral("Q&A && more")), QStringLiteral("Q&&A &&&& more"));
+}
+
+void TestLook::longTextIsBrokenIntoLines()
+{
+    QCheckBox box;
+    Look::setWrappedText(&box, QStringLiteral("Short"), 200);
+    QCOMPARE(box.text(), QStringLiteral("Short"));
+
+    const QString text =
+        QStringLiteral("A very long text & more of it that no button could show in a single line");
+    Look::setWrappedText(&box, text, 200);
+    const QStringList lines = box.text().split(QLatin1Char('\n'));
+    QVERIFY(lines.size() >= 2);
+    for (const QString &line : lines)
+        QVERIFY(box.fontMetrics().horizontalAdvance(line) <= 200);
+    QCOMPARE(lines.join(QLatin1Char(' ')), Look::buttonText(text));
+    QCOMPARE(box.accessibleName(), text);
+
+    // A word that fits no line is broken inside rather than cut off.
+    Look::setWrappedText(&box, QString(80, QLatin1Char('W')), 200);
+    QVERIFY(box.text().contains(QLatin1Char('\n')));
+}
+
+QTEST_MAIN(TestLook)
+#include "test_look.moc"

@@ -1,0 +1,104 @@
+#include "tests/support/testcase.h"
+#include "ui/upgradepage.h"
+
+#include <QtCore/QTimer>
+#include <QtTest/QTest>
+#include <QtWidgets/QApplication>
+
+class TestUpgradePage : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void firstLook();
+    void everyValueIsShownAtOnce();
+    void upgradingLookStartsAtZero();
+    void completedLook();
+    void upgradingAfterCompletedKeepsTheCloseButton();
+    void actionTellsWhetherItIsDisabled();
+    void closeButtonQuits();
+};
+
+void TestUpgradePage::firstLook()
+{
+    const UpgradePage page;
+    QCOMPARE(page.btnCancel->objectName(), QStringLiteral("SecondaryBtn"));
+    QCOMPARE(page.btnCancel->text(), QStringLiteral("Cancel"));
+    QCOMPARE(page.lblTitle->text(), QStringLiteral("Upgrading, please wait..."));
+    QCOMPARE(page.label_2->text(), QStringLiteral("TextLabel"));
+    QCOMPARE(page.progressBar->value(), 24);
+    QVERIFY(!page.progressBar->isTextVisible());
+    QVERIFY(page.btnClose->isHidden());
+}
+
+void TestUpgradePage::everyValueIsShownAtOnce()
+{
+    const UpgradePage page;
+    for (int value = 0; value <= 100; ++value) {
+        page.progressBar->setValue(value);
+        QCOMPARE(page.label_2->text(), QStringLiteral("%1%").arg(value));
+    }
+}
+
+void TestUpgradePage::upgradingLookStartsAtZero()
+{
+    UpgradePage page;
+    page.progressBar->setValue(99); // as a finished download leaves it
+    page.showUpgrading();
+    QCOMPARE(page.progressBar->value(), 0);
+    QCOMPARE(page.label_2->text(), QStringLiteral("0%"));
+
+    page.label_2->setText(QStringLiteral("something else"));
+    page.showUpgrading(); // the value does not change, the text does
+    QCOMPARE(page.label_2->text(), QStringLiteral("0%"));
+    QCOMPARE(page.btnCancel->text(), QStringLiteral("Cancel"));
+    QCOMPARE(page.imgUpgrade->styleSheet(),
+             QStringLiteral(".QWidget{border-image: url(:/Resources/light/Upgrading_2x.png);}"));
+    QVERIFY(!page.progressBar->isHidden());
+}
+
+void TestUpgradePage::completedLook()
+{
+    UpgradePage page;
+    page.showUpgrading();
+    page.progressBar->setValue(100);
+    page.showCompleted();
+    QCOMPARE(page.lblTitle->text(), QStringLiteral("Upgrade completed"));
+    QCOMPARE(page.label_2->text(), QStringLiteral("The new version is more stable and faster!"));
+    QCOMPARE(page.btnCancel->text(), QStringLiteral("Launch"));
+    QCOMPARE(
+        page.imgUpgrade->styleSheet(),
+        QStringLiteral(".QWidget{border-image: url(:/Resources/light/UpgradeSuccess_2x.png);}"));
+    QVERIFY(page.progressBar->isHidden());
+    QVERIFY(!page.btnClose->isHidden());
+}
+
+void TestUpgradePage::upgradingAfterCompletedKeepsTheCloseButton()
+{
+    UpgradePage page;
+    page.showCompleted();
+    page.showUpgrading();
+    QVERIFY(!page.btnClose->isHidden());
+    QVERIFY(!page.progressBar->isHidden());
+    QCOMPARE(page.lblTitle->text(), QStringLiteral("Upgrading, please wait..."));
+}
+
+void TestUpgradePage::actionTellsWhetherItIsDisabled()
+{
+    const UpgradePage page;
+    QVERIFY(!page.isActionDisabled());
+    page.btnCancel->setEnabled(false);
+    QVERIFY(page.isActionDisabled());
+}
+
+void TestUpgradePage::closeButtonQuits()
+{
+    UpgradePage page;
+    page.showCompleted();
+    QTimer::singleShot(0, &page, [&page] { page.btnClose->click(); });
+    QTimer::singleShot(5000, qApp, [] { QCoreApplication::exit(1); });
+    QCOMPARE(QApplication::exec(), 0);
+}
+
+QTEST_MAIN(TestUpgradePage)
+#include "test_upgradepage.moc"

@@ -1,0 +1,192 @@
+#include "upgrade/nvupgradehelper.h"
+
+#include "app/env/appenv.h"
+#include "platform/narrowtext.h"
+#include "upgrade/upgradejson.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QThread>
+#include <algorithm>
+#include <array>
+#include <nvupgrade.h>
+#include <utility>
+
+namespace {
+
+/// The library's answer, as it comes and as the program reads it.
+class Answer
+{
+public:
+    wchar_t *buffer() { return m_characters.data(); }
+    int capacity() const { return static_cast<int>(m_characters.size()); }
+
+    std::string narrow() const
+    {
+        const auto end = std::find(m_characters.begin(), m_characters.end(), L'\0');
+        return Platform::narrowFromWide(std::wstring(m_characters.begin(), end));
+    }
+
+private:
+    std::array<wchar_t, 1024> m_characters{};
+};
+
+void reportProgress(int percent, void *context)
+{
+    if (context)
+        Q_EMIT static_cast<NvUpgradeHelper *>(context)->s_DownProgress(percent);
+}
+
+bool isFile(const QString &fileName)
+{
+    return !fileName.contains(QChar::Null) && QFileInfo(fileName).isFile();
+}
+
+} // namespace
+
+NvUpgradeHelper *NvUpgradeHelper::s_instance = nullptr;
+
+NvUpgradeHelper *NvUpgradeHelper::instance()
+{
+    if (!s_instance)
+        s_instance = new NvUpgradeHelper;
+    return s_instance;
+}
+
+void NvUpgradeHelper::release()
+{
+    delete std::exchange(s_instance, nullptr);
+}
+
+QString NvUpgradeHelper::updateInfoFile()
+{
+    return AppEnv::productDataDir() + QStringLiteral("/Back_UpdateInfo.json");
+}
+
+NvUpgradeHelper::NvUpgradeHelper()
+    : m_thread(new QThread(this))
+{
+    qRegisterMetaType<checkInPraram>("checkInPraram");
+    qRegisterMetaType<checkOutParam>("checkOutParam");
+    qRegisterMetaType<downloadInPraram>("downloadInPraram");
+    qRegisterMetaType<std::string>("std::string");
+
+    connect(this, &NvUpgradeHelper::s_checkUpgrade, this, &NvUpgradeHelper::shot_checkUpgrade);
+    connect(this, &NvUpgradeHelper::s_startDownloadPackage, this,
+            &NvUpgradeHelper::slot_downloadPackage);
+    connect(this, &NvUpgradeHelper::s_stop, this, &NvUpgradeHelper::slot_stop);
+
+    // The thread object, a child, moves along. No event is ever sent to it, and once its thread
+    // has ended it can be deleted with its parent from anywhere.
+    moveToThread(m_thread);
+    m_thread->start();
+    reloadUpdateInfo();
+}
+
+NvUpgradeHelper::~NvUpgradeHelper()
+{
+    ensureThreadRuns();
+    Q_EMIT s_stop();
+    m_thread->exit(0);
+    m_thread->wait();
+}
+
+void NvUpgradeHelper::checkUpgrade(const checkInPraram &params)
+{
+    ensureThreadRuns();
+    Q_EMIT s_checkUpgrade(params);
+}
+
+void NvUpgradeHelper::downloadPackage(const downloadInPraram &params)
+{
+    ensureThreadRuns();
+    m_downloadRequested = true;
+    Q_EMIT s_startDownloadPackage(params);
+}
+
+void NvUpgradeHelper::stop()
+{
+    ensureThreadRuns();
+    Q_EMIT s_stop();
+}
+
+bool NvUpgradeHelper::isDownloadRequested() const
+{
+    return m_downloadRequested;
+}
+
+checkOutParam NvUpgradeHelper::checkResult() const
+{
+    return m_checkResult;
+}
+
+downloadOutParam NvUpgradeHelper::downloadResult() const
+{
+    return m_downloadResult;
+}
+
+UpdateInfo NvUpgradeHelper::updateInfo() const
+{
+    return m_updateInfo;
+}
+
+void NvUpgradeHelper::reloadUpdateInfo()
+{
+    QFile file(updateInfoFile());
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    if (std::optional<UpdateInfo> info = UpgradeJson::updateInfo(file.readAll().toStdString()))
+        m_updateInfo = std::move(*info);
+}
+
+void NvUpgradeHelper::shot_checkUpgrade(checkInPraram params)
+{
+    Answer answer;
+    check_upgrade_c(Platform::wideFromNarrow(UpgradeJson::checkRequest(params)).c_str(),
+                    answer.buffer(), answer.capacity());
+
+    checkOutParam result = UpgradeJson::checkAnswer(answer.narrow());
+    if (result.errcode == 0) {
+        takeOverUpdateInfo(result.path);
+        m_checkResult = result;
+    }
+    result.requestId = params.requestId;
+    Q_EMIT s_CheckFinish(result);
+}
+
+void NvUpgradeHelper::slot_downloadPackage(downloadInPraram params)
+{
+    Answer answer;
+    download_package_c(Platform::wideFromNarrow(UpgradeJson::downloadRequest(params)).c_str(),
+                       answer.buffer(), answer.capacity(), reportProgress, this);
+
+    m_downloadResult = UpgradeJson::downloadAnswer(answer.narrow());
+    const bool success = m_downloadResult.errcode == 0;
+    if (success)
+        takeOverUpdateInfo(m_checkResult.path);
+    m_downloadResult.requestId = params.requestId;
+    m_downloadRequested = false;
+    Q_EMIT s_DownFinish(success);
+}
+
+void NvUpgradeHelper::slot_stop()
+{
+    ::stop();
+}
+
+void NvUpgradeHelper::ensureThreadRuns()
+{
+    if (!m_thread->isRunning())
+        m_thread->start();
+}
+
+/// Copies the update description file, when the library's answer names one, and reads the copy.
+void NvUpgradeHelper::takeOverUpdateInfo(const std::string &describedBy)
+{
+    const QString source = Platform::fileNameFromNarrow(describedBy);
+    if (isFile(source)) {
+        QFile::remove(updateInfoFile());
+        QFile::copy(source, updateInfoFile());
+    }
+    reloadUpdateInfo();
+}
