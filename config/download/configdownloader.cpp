@@ -1,0 +1,140 @@
+#include "config/download/configdownloader.h"
+
+#include "app/env/endpoints.h"
+#include "config/content/configcontent.h"
+#include "config/download/downloaditem.h"
+#include "net/kbasetask.h"
+#include "net/sharedaccessmanager.h"
+
+#include <QtCore/QDebug>
+#include <QtCore/QFile>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonValue>
+#include <QtCore/QTextStream>
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr int maxRunning = 5;
+
+} // namespace
+
+ConfigDownloader::ConfigDownloader(QObject *parent)
+    : QObject(parent)
+{
+}
+
+ConfigDownloader::~ConfigDownloader() = default;
+
+void ConfigDownloader::start()
+{
+    m_link = Endpoints::configuration() +
+             QStringLiteral("/uninstall/cfg/v1/%1-%2.json")
+                 .arg(Config::configProductId(), Config::configLanguageCode());
+    m_task = std::make_unique<KBaseTask>(Net::sharedAccessManager(), m_link);
+    m_task->start();
+    connect(m_task.get(), &KBaseTask::finished, this, &ConfigDownloader::taskFinished);
+}
+
+void ConfigDownloader::abort()
+{
+    if (m_task)
+        m_task->abort();
+    for (DownloadItem *item : std::as_const(m_items))
+        item->abort();
+}
+
+void ConfigDownloader::taskFinished()
+{
+    qDebug() << "configuration" << m_link << "ended with" << m_task->status();
+    if (m_task->status() == KBaseTask::TaskFailed) {
+        Q_EMIT finished();
+        return;
+    }
+    if (m_task->status() == KBaseTask::TaskAborted)
+        return;
+
+    const QJsonDocument document = QJsonDocument::fromJson(m_task->readAll());
+    if (document.isNull() || document.isEmpty() || !collectImages(document.object())) {
+        Q_EMIT finished();
+        return;
+    }
+
+    QFile file(Config::configFilePath());
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+        Q_EMIT finished();
+        return;
+    }
+    QTextStream stream(&file);
+    stream.setCodec("UTF-8");
+    stream << document.toJson();
+
+    checkItems();
+}
+
+bool ConfigDownloader::collectImages(const QJsonObject &document)
+{
+    const QString list = QStringLiteral("list");
+
+    const QList<QJsonObject> categories = Config::jsonObjectList(document, QStringLiteral("apps"));
+    for (const QJsonObject &category : categories) {
+        const QList<QJsonObject> products = Config::jsonObjectList(category, list);
+        for (const QJsonObject &product : products) {
+            const QString link = Config::jsonString(product, QStringLiteral("icon"));
+            const int number = product.value(QStringLiteral("pid")).toInt(-1);
+            if (!link.isEmpty() && number >= 0)
+                addItem(Config::productIconName(number, link), link);
+        }
+    }
+
+    const QList<QJsonObject> options =
+        Config::jsonObjectList(document.value(QStringLiteral("problem_type")).toObject(), list);
+    for (const QJsonObject &option : options) {
+        const QString link = Config::jsonString(option, QStringLiteral("banner_url"));
+        const int number = option.value(QStringLiteral("value")).toInt(-1);
+        if (!link.isEmpty() && number >= 0)
+            addItem(Config::optionImageName(number, link), link);
+    }
+    return !options.isEmpty();
+}
+
+void ConfigDownloader::addItem(const QString &fileName, const QString &link)
+{
+    const auto known =
+        std::find_if(m_items.cbegin(), m_items.cend(),
+                     [&link](const DownloadItem *item) { return item->link() == link; });
+    if (known != m_items.cend()) {
+        (*known)->addFileName(fileName);
+        return;
+    }
+    auto *item = new DownloadItem(this, {fileName}, link);
+    connect(item, &DownloadItem::finished, this, &ConfigDownloader::checkItems);
+    m_items.append(item);
+}
+
+void ConfigDownloader::checkItems()
+{
+    int running = 0;
+    for (int i = m_items.size() - 1; i >= 0; --i) {
+        if (m_items.at(i)->state() == DownloadItem::State::Running)
+            ++running;
+        else if (m_items.at(i)->state() == DownloadItem::State::Done)
+            m_items.removeAt(i);
+    }
+
+    for (int i = m_items.size() - 1; i >= 0 && running < maxRunning; --i) {
+        if (m_items.at(i)->state() != DownloadItem::State::Waiting)
+            continue;
+        if (!m_items.at(i)->start()) {
+            m_items.removeAt(i);
+            // From the event queue, so that no walk over the list runs inside another.
+            QMetaObject::invokeMethod(this, "checkItems", Qt::QueuedConnection);
+            break;
+        }
+        ++running;
+    }
+
+    if (m_items.isEmpty())
+        Q_EMIT finished();
+}

@@ -1,0 +1,72 @@
+#include "config/download/downloaditem.h"
+
+#include "config/content/configcontent.h"
+#include "net/kgetfiletask.h"
+#include "net/sharedaccessmanager.h"
+
+#include <QtCore/QDebug>
+#include <QtCore/QFile>
+#include <utility>
+
+DownloadItem::DownloadItem(QObject *parent, const QStringList &fileNames, const QString &link)
+    : QObject(parent)
+    , m_fileNames(fileNames)
+    , m_link(link)
+{
+}
+
+DownloadItem::~DownloadItem() = default;
+
+bool DownloadItem::start()
+{
+    m_task = std::make_unique<KGetFileTask>(Net::sharedAccessManager(), m_link);
+    QString error;
+    if (!m_task->setFile(temporaryFile(), error))
+        return false;
+    m_task->start();
+    connect(m_task.get(), &KBaseTask::finished, this, &DownloadItem::taskFinished);
+    return true;
+}
+
+void DownloadItem::abort()
+{
+    if (m_task)
+        m_task->abort();
+}
+
+void DownloadItem::addFileName(const QString &fileName)
+{
+    if (!m_fileNames.contains(fileName))
+        m_fileNames.append(fileName);
+}
+
+DownloadItem::State DownloadItem::state() const
+{
+    if (!m_task)
+        return State::Waiting;
+    return m_task->status() == KBaseTask::TaskRunning ? State::Running : State::Done;
+}
+
+void DownloadItem::taskFinished()
+{
+    qDebug() << "picture" << m_link << "ended with" << m_task->status();
+    if (m_task->status() == KBaseTask::TaskAborted)
+        return;
+    if (m_task->status() != KBaseTask::TaskFailed) {
+        const QString folder = Config::imagesDir();
+        for (const QString &name : std::as_const(m_fileNames)) {
+            const QString fileName = folder + QLatin1Char('/') + name;
+            if (QFile::exists(fileName))
+                QFile::remove(fileName);
+            QFile::copy(temporaryFile(), fileName);
+        }
+        QFile::remove(temporaryFile());
+    }
+    Q_EMIT finished();
+}
+
+QString DownloadItem::temporaryFile() const
+{
+    return Config::imagesDir() + QLatin1Char('/') + m_fileNames.constFirst() +
+           QStringLiteral(".~tmp");
+}
