@@ -2,12 +2,15 @@
 #include "app/startup.h"
 #include "platform/display.h"
 #include "platform/singleinstance.h"
+#include "upgrade/nvupgradehelper.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QThread>
 #include <QtGui/QFontDatabase>
 #include <QtGui/QIcon>
 #include <QtWidgets/QApplication>
+
+#include <cstdlib>
 
 namespace {
 
@@ -19,6 +22,26 @@ QIcon programIcon()
     for (const int size : {16, 24, 32, 48, 64, 128, 256})
         icon.addFile(QStringLiteral(":/Resources/light/app_icon_%1.png").arg(size));
     return icon;
+}
+
+// Whether nobody uses the upgrade library any more when the application object goes.
+bool isUpgradeHelperReleased = false;
+
+int runApplication(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    Startup::beginSession();
+
+    QFontDatabase::addApplicationFont(QStringLiteral(":/Resources/font/NotoSans-Bold.ttf"));
+    QApplication::setWindowIcon(programIcon());
+    QFile styleFile(QStringLiteral(":/Resources/styles_light.qss"));
+    if (styleFile.open(QIODevice::ReadOnly)) {
+        application.setStyleSheet(QString::fromUtf8(styleFile.readAll()));
+        styleFile.close();
+    }
+    const int exitCode = Startup::run(application);
+    isUpgradeHelperReleased = NvUpgradeHelper::releaseIfIdle();
+    return exitCode;
 }
 
 } // namespace
@@ -35,15 +58,10 @@ int main(int argc, char **argv)
     // After the measurement, which must see the coordinates of a program that knows no DPI.
     Platform::enableDpiAwareness();
 
-    QApplication application(argc, argv);
-    Startup::beginSession();
-
-    QFontDatabase::addApplicationFont(QStringLiteral(":/Resources/font/NotoSans-Bold.ttf"));
-    QApplication::setWindowIcon(programIcon());
-    QFile styleFile(QStringLiteral(":/Resources/styles_light.qss"));
-    if (styleFile.open(QIODevice::ReadOnly)) {
-        application.setStyleSheet(QString::fromUtf8(styleFile.readAll()));
-        styleFile.close();
-    }
-    return Startup::run(application);
+    const int exitCode = runApplication(argc, argv);
+    // Nothing is left to do. A call in which the upgrade library is stuck must not keep the process
+    // alive, and its thread must not run on while the process's globals go.
+    if (!isUpgradeHelperReleased)
+        std::_Exit(exitCode);
+    return exitCode;
 }

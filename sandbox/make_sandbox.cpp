@@ -1,6 +1,7 @@
-// make-sandbox FOLDER: writes a sample installation below FOLDER and prints, as shell assignments,
-// the environment in which a program sees it.
+// make-sandbox FOLDER: writes a sample installation and an upgrade on offer below FOLDER and
+// prints, as shell assignments, the environment in which a program sees them.
 
+#include "sandbox/layout/samplefeed.h"
 #include "sandbox/layout/sampleinstallation.h"
 
 #include <QtCore/QCoreApplication>
@@ -16,13 +17,17 @@ int main(int argc, char **argv)
     }
 
     const SampleInstallation installation(arguments.at(1));
-    if (!installation.write()) {
+    const SampleFeed feed(arguments.at(1) + QStringLiteral("/Feed"));
+    if (!installation.write() || !feed.writeUpgrade(QStringLiteral("7.3.0.1"))) {
         QTextStream(stderr) << "make-sandbox: cannot write below " << arguments.at(1) << '\n';
         return 1;
     }
     QTextStream out(stdout);
     out.setCodec("UTF-8");
-    const QMap<QString, QString> environment = installation.environment();
+    QMap<QString, QString> environment = installation.environment();
+    const QMap<QString, QString> feedEnvironment = feed.environment();
+    for (auto variable = feedEnvironment.begin(); variable != feedEnvironment.end(); ++variable)
+        environment.insert(variable.key(), variable.value());
     for (auto variable = environment.begin(); variable != environment.end(); ++variable) {
         QString value = variable.value();
         value.replace(QLatin1Char('\''), QStringLiteral("'\\''"));

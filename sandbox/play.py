@@ -90,9 +90,18 @@ class Story:
         return Application([os.path.join(self.binaries, "clipwright-uninstaller-sandbox")],
                            self.environment, os.path.join(self.out, "program.log"))
 
+    @staticmethod
+    def wait_for_file(file, seconds=5):
+        deadline = time.monotonic() + seconds
+        while not os.path.exists(file) and time.monotonic() < deadline:
+            time.sleep(0.1)
+        return os.path.exists(file)
+
     def summary(self):
         print("\nArguments that the setup uninstaller received:")
         print("  " + " ".join(self.lines("Received/uninstaller.txt") or ["(never started)"]))
+        for switch in self.lines("Received/update-installer.txt"):
+            print("Update installer's switch: " + switch)
         print("Files left of the sample product: " + (", ".join(self.files_left()) or "none"))
         print("Links opened:")
         for link in self.lines("Received/links.txt") or ["(none)"]:
@@ -235,7 +244,47 @@ def play_cancel(story):
     ], "the events came in order, with their properties")
 
 
-STORIES = {"uninstall": play_uninstall, "resources": play_resources, "cancel": play_cancel}
+def play_upgrade(story):
+    """The offer taken: checked, downloaded, installed, and the new version launched."""
+    program = story.start()
+    try:
+        program.press("radio button", "My version is out of date")
+        story.picture("reason-with-upgrade")
+        program.press("push button", "  Get latest version  ")
+        program.wait_for("label", "Upgrading, please wait...")
+        time.sleep(1)
+        story.picture("upgrading")
+        program.wait_for("label", "Upgrade completed", seconds=40)
+        story.picture("completed")
+        program.press("push button", "Launch")
+        code = program.wait_for_exit()
+    finally:
+        program.close()
+
+    story.expect_equal(code, 0, "the program ended with exit code 0")
+    install_dir = story.install_dir
+    story.expect_equal(story.lines("Received/update-installer.txt"), [
+        f'/CFGPATH="{story.path("ProgramData/Norvane Clipwright/Back_UpdateInfo.json")}"',
+        '/NEWVER="7.3.0.1"', '/LANG="ENG"', '/SKIN="0"', '/CURVER="7.2.1.4"',
+        f'/INSTALLPATH="{install_dir}"', '/PRODUCTNAME="Norvane Clipwright"',
+        '/SOURCE="Uninstaller"',
+    ], "the update installer received its eight switches")
+    story.expect("Version=7.3.0.1" in story.lines("ProgramData/Norvane Clipwright/Clipwright.ini"),
+                 "the installed version is the new one")
+    story.expect(story.wait_for_file(os.path.join(install_dir, "launched.txt")),
+                 "the new version was launched")
+    story.expect_equal(story.lines("Received/uninstaller.txt"), [], "nothing was uninstalled")
+    story.expect_equal(story.events(), [
+        POP_UP,
+        feedback("PopUp_FeedbackClick", "61", button="Upgrade"),
+        feedback("RetainClick", "61", button="Upgrade"),
+        ("DoRetain", "UpgradeCompleted", {}),
+        ("DoRetain", "UpgradeSuccess_launchclick", {}),
+    ], "the events came in order, with their properties")
+
+
+STORIES = {"uninstall": play_uninstall, "resources": play_resources, "cancel": play_cancel,
+           "upgrade": play_upgrade}
 
 
 def main():

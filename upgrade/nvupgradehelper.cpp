@@ -58,6 +58,13 @@ void NvUpgradeHelper::release()
     delete std::exchange(s_instance, nullptr);
 }
 
+bool NvUpgradeHelper::releaseIfIdle()
+{
+    if (s_instance && s_instance->m_openRequests == 0)
+        release();
+    return !s_instance;
+}
+
 QString NvUpgradeHelper::updateInfoFile()
 {
     return AppEnv::productDataDir() + QStringLiteral("/Back_UpdateInfo.json");
@@ -86,6 +93,7 @@ NvUpgradeHelper::NvUpgradeHelper()
 NvUpgradeHelper::~NvUpgradeHelper()
 {
     ensureThreadRuns();
+    ++m_openRequests;
     Q_EMIT s_stop();
     m_thread->exit(0);
     m_thread->wait();
@@ -94,6 +102,7 @@ NvUpgradeHelper::~NvUpgradeHelper()
 void NvUpgradeHelper::checkUpgrade(const checkInPraram &params)
 {
     ensureThreadRuns();
+    ++m_openRequests;
     Q_EMIT s_checkUpgrade(params);
 }
 
@@ -101,12 +110,14 @@ void NvUpgradeHelper::downloadPackage(const downloadInPraram &params)
 {
     ensureThreadRuns();
     m_downloadRequested = true;
+    ++m_openRequests;
     Q_EMIT s_startDownloadPackage(params);
 }
 
 void NvUpgradeHelper::stop()
 {
     ensureThreadRuns();
+    ++m_openRequests;
     Q_EMIT s_stop();
 }
 
@@ -152,6 +163,7 @@ void NvUpgradeHelper::shot_checkUpgrade(checkInPraram params)
     }
     result.requestId = params.requestId;
     Q_EMIT s_CheckFinish(result);
+    --m_openRequests;
 }
 
 void NvUpgradeHelper::slot_downloadPackage(downloadInPraram params)
@@ -167,11 +179,13 @@ void NvUpgradeHelper::slot_downloadPackage(downloadInPraram params)
     m_downloadResult.requestId = params.requestId;
     m_downloadRequested = false;
     Q_EMIT s_DownFinish(success);
+    --m_openRequests;
 }
 
 void NvUpgradeHelper::slot_stop()
 {
     ::stop();
+    --m_openRequests;
 }
 
 void NvUpgradeHelper::ensureThreadRuns()

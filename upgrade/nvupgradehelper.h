@@ -29,6 +29,10 @@ public:
     /// called while the application object exists.
     static void release();
 
+    /// Deletes the helper unless a request is waiting or in progress, which could keep release()
+    /// waiting for good. Returns whether there is no helper any more.
+    static bool releaseIfIdle();
+
     /// Full name of "Back_UpdateInfo.json", the helper's copy of the update description file.
     static QString updateInfoFile();
 
@@ -89,4 +93,5 @@ private:
     UpdateInfo m_updateInfo;
     QThread *m_thread;
     std::atomic<bool> m_downloadRequested{false};
+    std::atomic<int> m_openRequests{0};
 };

@@ -5,6 +5,7 @@
 #include "app/env/endpoints.h"
 #include "platform/captiondrag.h"
 #include "ui/messagewindow.h"
+#include "upgrade/nvupgradehelper.h"
 
 #include <QtCore/QEventLoop>
 #include <QtCore/QUrl>
@@ -37,6 +38,11 @@ MainWindow::MainWindow(QWidget *parent)
     connect(optionPage->btnContinue, &QPushButton::clicked, this, &MainWindow::btnContinueClicked);
     connect(upgradePage->btnCancel, &QPushButton::clicked, this, &MainWindow::btnCancelClicked);
     connect(uninstallPage, &UninstallPage::btnProductClicked, this, &MainWindow::btnProductClicked);
+
+    const NvUpgradeHelper *helper = NvUpgradeHelper::instance();
+    connect(helper, &NvUpgradeHelper::s_CheckFinish, this, &MainWindow::checkFinished);
+    connect(helper, &NvUpgradeHelper::s_DownProgress, this, &MainWindow::downloadProgressed);
+    connect(helper, &NvUpgradeHelper::s_DownFinish, this, &MainWindow::downloadFinished);
 
     m_installProcess = new QProcess(this);
     connect(m_installProcess, &QProcess::started, this, &MainWindow::installStarted);
@@ -98,9 +104,11 @@ void MainWindow::btnNextClicked()
 {
     if (optionPage->btnNext->property("jump").toBool())
         openRedirectLink();
+    else if (NvUpgradeHelper::instance()->isDownloadRequested())
+        wizardPages->setCurrentWidget(upgradePage);
+    else
+        sendUpgradeCheck();
 }
-
-void MainWindow::btnCancelClicked() {}
 
 void MainWindow::btnProductClicked()
 {
@@ -108,12 +116,6 @@ void MainWindow::btnProductClicked()
     productPage->setUninstallResult(uninstallPage->edtEmail->isVisible());
     wizardPages->setCurrentWidget(productPage);
 }
-
-void MainWindow::installStarted() {}
-
-void MainWindow::installFinished(int /*exitCode*/, QProcess::ExitStatus /*exitStatus*/) {}
-
-void MainWindow::installError(QProcess::ProcessError /*error*/) {}
 
 void MainWindow::showFeedbackPage(const QString &source)
 {

@@ -6,6 +6,7 @@
 #include <QtCore/QProcess>
 
 class QEventLoop;
+struct checkOutParam;
 
 /// The wizard's window. It owns the pages, decides every move between them, shows the modal
 /// dialogs over a dimming layer, and owns the two processes that it may start: the product's setup
@@ -43,6 +44,12 @@ private:
     void showFeedbackPage(const QString &source);
     void showMessage(const QString &text);
     void openRedirectLink();
+
+    void sendUpgradeCheck();
+    void checkFinished(const checkOutParam &result);
+    void downloadProgressed(int percent);
+    void downloadFinished(bool success);
+    void failUpgrade(const QString &message);
 
     /// Runs the loop, until an answer quits it, with the dimming layer shown.
     void waitOverDimmedWindow(QEventLoop &loop);
