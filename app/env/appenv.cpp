@@ -16,7 +16,7 @@ namespace {
 QString textInGroup(QSettings &settings, const QString &group, const QString &key)
 {
     settings.beginGroup(group);
-    const QString text = settings.value(key, QString()).toString();
+    QString text = settings.value(key, QString()).toString();
     settings.endGroup();
     return text;
 }
@@ -25,7 +25,7 @@ QString textInGroup(QSettings &settings, const QString &group, const QString &ke
 
 QString ensuredFolder(const QString &path)
 {
-    const QString folder = QDir::fromNativeSeparators(path);
+    QString folder = QDir::fromNativeSeparators(path);
     if (!QDir(folder).exists())
         QDir().mkpath(folder);
     return folder;
@@ -110,7 +110,7 @@ QString findUninstaller()
         return {};
     for (int number = 9; number >= 0; --number) {
         const QString stem = folder + QDir::separator() + QStringLiteral("unins00%1").arg(number);
-        const QString program = stem + QStringLiteral(".exe");
+        QString program = stem + QStringLiteral(".exe");
         if (QFile::exists(program) && QFile::exists(stem + QStringLiteral(".dat")))
             return program;
     }

@@ -9,6 +9,7 @@
 /// Call from the GUI thread or, for the folders, from any.
 namespace AppEnv {
 
+/// What the product ini says; the ids are texts, as they stand there.
 struct ProductInfo
 {
     QString productId;
@@ -17,6 +18,7 @@ struct ProductInfo
     QString version;
 };
 
+/// The signed-in account, empty when there is none.
 struct AccountInfo
 {
     QString uid;
@@ -48,9 +50,13 @@ QString accountIniPath();
 /// Fills what the product ini knows; productGroupId may be null and is then not read.
 void readProductInfo(QString &productId, QString &version, QString &language,
                      QString *productGroupId);
+
+/// All of it at once.
 ProductInfo readProductInfo();
 
+/// Fills what the account ini knows.
 void readAccountInfo(QString &uid, QString &email);
+
 AccountInfo readAccountInfo();
 
 /// The setup uninstaller to run: the highest-numbered unins00N.exe in installDir() that has its

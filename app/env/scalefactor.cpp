@@ -2,10 +2,14 @@
 
 #include <QtCore/QString>
 
+#include <cmath>
+
 namespace ScaleFactor {
 
 float fromMonitorRatio(float ratio)
 {
+    if (!std::isfinite(ratio))
+        return 1.0F; // a monitor without width
     if (ratio > 1.0F && ratio <= 1.25F)
         return 1.25F;
     return static_cast<float>(static_cast<int>(ratio + 0.625F));

@@ -3,6 +3,8 @@
 
 #include <QtTest/QTest>
 
+#include <limits>
+
 class TestScaleFactor : public TestCase
 {
     Q_OBJECT
@@ -17,6 +19,8 @@ void TestScaleFactor::factorForRatio_data()
     QTest::addColumn<float>("ratio");
     QTest::addColumn<QByteArray>("factor");
 
+    QTest::newRow("a monitor without width")
+        << std::numeric_limits<float>::infinity() << QByteArray("1");
     QTest::newRow("no primary monitor") << 0.0F << QByteArray("0");
     QTest::newRow("just below one") << 0.374F << QByteArray("0");
     QTest::newRow("lower bound of one") << 0.375F << QByteArray("1");
