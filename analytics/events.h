@@ -19,6 +19,7 @@ struct FeedbackState
 /// The feedback page is shown; source says why.
 void reportUninstallPopUp(const QString &source);
 
+/// The feedback page's buttons, and the choice of an option that comes with an offer.
 void reportRetainClick(const FeedbackState &state);
 void reportUninstallCancel(const FeedbackState &state);
 void reportUninstallContinue(const FeedbackState &state);
@@ -42,6 +43,7 @@ void reportRecommend(const QString &url, int pid, const QString &pageType);
 /// A page is closed and the program with it.
 void reportClickExit(const QString &pageSource, bool success);
 
+/// The update installer ended well; the user started the new version.
 void reportUpgradeCompleted();
 void reportUpgradeLaunchClick();
 

@@ -11,6 +11,7 @@ namespace Analytics {
 /// The folder in which the library keeps its files; made when missing.
 QString analyticsDir();
 
+/// Opens the session.
 void initAnalytics();
 
 /// Describes machine and product to the library, once per run.

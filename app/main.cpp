@@ -1,5 +1,6 @@
 #include "app/env/scalefactor.h"
 #include "app/startup.h"
+#include "net/knetworkproxymgr.h"
 #include "platform/display.h"
 #include "platform/singleinstance.h"
 #include "upgrade/nvupgradehelper.h"
@@ -24,10 +25,13 @@ QIcon programIcon()
     return icon;
 }
 
-// Whether nobody uses the upgrade library any more when the application object goes.
-bool isUpgradeHelperReleased = false;
+struct Outcome
+{
+    int exitCode;
+    bool isUpgradeHelperReleased; ///< nobody uses the upgrade library any more
+};
 
-int runApplication(int argc, char **argv)
+Outcome runApplication(int argc, char **argv)
 {
     QApplication application(argc, argv);
     Startup::beginSession();
@@ -40,8 +44,8 @@ int runApplication(int argc, char **argv)
         styleFile.close();
     }
     const int exitCode = Startup::run(application);
-    isUpgradeHelperReleased = NvUpgradeHelper::releaseIfIdle();
-    return exitCode;
+    KNetworkProxyMgr::release();
+    return {exitCode, NvUpgradeHelper::releaseIfIdle()};
 }
 
 } // namespace
@@ -58,10 +62,10 @@ int main(int argc, char **argv)
     // After the measurement, which must see the coordinates of a program that knows no DPI.
     Platform::enableDpiAwareness();
 
-    const int exitCode = runApplication(argc, argv);
+    const Outcome outcome = runApplication(argc, argv);
     // Nothing is left to do. A call in which the upgrade library is stuck must not keep the process
     // alive, and its thread must not run on while the process's globals go.
-    if (!isUpgradeHelperReleased)
-        std::_Exit(exitCode);
-    return exitCode;
+    if (!outcome.isUpgradeHelperReleased)
+        std::_Exit(outcome.exitCode);
+    return outcome.exitCode;
 }

@@ -1,40 +1,67 @@
 #include "app/startup.h"
 
 #include "analytics/session.h"
+#include "app/env/languages.h"
+#include "config/download/configdownloader.h"
+#include "net/knetworkproxymgr.h"
+#include "ui/splashwindow.h"
 #include "wizard/mainwindow.h"
 
+#include <QtCore/QEventLoop>
 #include <QtCore/QThread>
+#include <QtCore/QTimer>
+#include <QtCore/QTranslator>
 #include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
 
 namespace {
 
+constexpr int loadingLimitMs = 10000;
+constexpr int splashGoodbyeMs = 50;
 constexpr unsigned long farewellMs = 500;
+
+//: "LTR" for languages that are written from left to right, "RTL" for the others. The framework
+//: asks for it when a catalogue is installed and mirrors the whole interface accordingly.
+[[maybe_unused]] const char *const layoutDirection =
+    QT_TRANSLATE_NOOP("QGuiApplication", "QT_LAYOUT_DIRECTION");
 
 void centreOn(const QRect &screen, QWidget &window)
 {
     window.move((screen.width() - window.width()) / 2, (screen.height() - window.height()) / 2);
 }
 
-void endSession()
+// Fetches the configuration while the splash turns, for as long as its limit and the user allow.
+void loadConfiguration(SplashWindow &splash)
 {
-    QThread::msleep(farewellMs);
-    Analytics::stopAnalytics();
+    ConfigDownloader downloader;
+    QTimer timer;
+    QEventLoop loop;
+    QObject::connect(&downloader, &ConfigDownloader::finished, &loop, &QEventLoop::quit);
+    QObject::connect(&timer, &QTimer::timeout, &loop, &QEventLoop::quit);
+    QObject::connect(&splash, &SplashWindow::closed, &loop, [&splash, &timer, &loop] {
+        splash.hide();
+        timer.stop();
+        loop.quit();
+    });
+
+    downloader.start();
+    timer.setSingleShot(true);
+    timer.setTimerType(Qt::PreciseTimer); // a coarse one may be half a second early
+    timer.start(loadingLimitMs);
+    loop.exec();
+    if (timer.isActive())
+        timer.stop();
+    else
+        downloader.abort(); // the limit struck, or the user closed the splash
 }
 
-} // namespace
-
-namespace Startup {
-
-void beginSession()
+int runWizard(const QRect &screen, SplashWindow &splash, QApplication &application)
 {
-    Analytics::initAnalytics();
-    Analytics::sendBaseInfo();
-}
-
-int run(QApplication &application)
-{
-    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    QTranslator translator;
+    const bool isLoaded =
+        translator.load(Languages::translatorFileName(QString()), QString(), QString(), QString());
+    Q_UNUSED(isLoaded) // without a catalogue the source texts show
+    QCoreApplication::installTranslator(&translator);
 
     MainWindow window(nullptr);
     centreOn(screen, window);
@@ -45,10 +72,39 @@ int run(QApplication &application)
         [&window] {
             if (window.isVisible())
                 window.hide();
-            endSession();
+            QThread::msleep(farewellMs);
+            Analytics::stopAnalytics();
         },
         Qt::DirectConnection);
+    QTimer::singleShot(splashGoodbyeMs, &splash, &QWidget::close);
     return QApplication::exec();
+}
+
+} // namespace
+
+namespace Startup {
+
+void beginSession()
+{
+    KNetworkProxyMgr::instance()->loadSettings();
+    Analytics::initAnalytics();
+    Analytics::sendBaseInfo();
+}
+
+int run(QApplication &application)
+{
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    SplashWindow splash(nullptr);
+    centreOn(screen, splash);
+    splash.show();
+
+    loadConfiguration(splash);
+    if (splash.isVisible())
+        return runWizard(screen, splash, application);
+
+    QThread::msleep(farewellMs);
+    Analytics::stopAnalytics();
+    return 0;
 }
 
 } // namespace Startup

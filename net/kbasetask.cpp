@@ -63,7 +63,7 @@ void KBaseTask::abort()
 
 QByteArray KBaseTask::readAll()
 {
-    const QByteArray bytes = m_reply->readAll();
+    QByteArray bytes = m_reply->readAll();
     m_bytesRead += bytes.size();
     return bytes;
 }

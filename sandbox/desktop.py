@@ -3,7 +3,9 @@ manager and compositor. Needs the distribution's python3, for which pyatspi is p
 
 import contextlib
 import os
+import socket
 import subprocess
+import threading
 import time
 
 
@@ -23,7 +25,6 @@ class Desktop:
         # Translucent windows need a compositor to show what lies behind their corners.
         self._start(["picom", "--config", "/dev/null", "--backend", "xrender"])
         time.sleep(0.5)
-        subprocess.run(["xsetroot", "-solid", "#8fa3b8"], check=True)
         return self
 
     def __exit__(self, *exception):
@@ -47,6 +48,41 @@ class Desktop:
     def save_picture(file):
         """Saves what the whole screen shows."""
         subprocess.run(["import", "-window", "root", file], check=True)
+
+
+    @staticmethod
+    def press_keys(title, keys):
+        """Presses keys, for example "alt+F4", in the window of a title."""
+        window = subprocess.run(["xdotool", "search", "--sync", "--onlyvisible", "--name", title],
+                                check=True, stdout=subprocess.PIPE, encoding="ascii").stdout.split()[0]
+        subprocess.run(["xdotool", "windowfocus", "--sync", window, "key", keys], check=True)
+
+
+class Listener:
+    """A server that accepts connections and never says a word."""
+
+    def __init__(self):
+        self._socket = socket.create_server(("127.0.0.1", 0))
+        self.url = f"http://127.0.0.1:{self._socket.getsockname()[1]}"
+        self._accepted = []
+        self._thread = threading.Thread(target=self._accept, daemon=True)
+
+    def __enter__(self):
+        self._thread.start()
+        return self
+
+    def __exit__(self, *exception):
+        self._socket.close()
+        for connection in self._accepted:
+            connection.close()
+
+    def _accept(self):
+        with contextlib.suppress(OSError):
+            while True:
+                self._accepted.append(self._socket.accept()[0])
+
+    def connections(self):
+        return len(self._accepted)
 
 
 class Application:
@@ -111,6 +147,10 @@ class Application:
                     return node
         raise AssertionError(f"{role} {name!r} cannot be pressed")
 
+    def place(self, role, name):
+        """Where an object is on the screen."""
+        return self.wait_for(role, name).queryComponent().getExtents(0)
+
     @staticmethod
     def type_into(node, text):
         node.queryEditableText().setTextContents(text)
@@ -120,10 +160,12 @@ class Application:
 
 
 def browser_folder(folder, record):
-    """A folder for PATH whose xdg-open notes the links that it is given."""
+    """A folder for PATH whose xdg-open notes the links that it is given, and the display scale that
+    it inherits beside them."""
     os.makedirs(folder, exist_ok=True)
     script = os.path.join(folder, "xdg-open")
     with open(script, "w", encoding="utf-8") as file:
-        file.write(f"#!/bin/sh\nprintf '%s\\n' \"$1\" >> '{record}'\n")
+        file.write(f"#!/bin/sh\nprintf '%s\\n' \"$1\" >> '{record}'\n"
+                   f"printf '%s\\n' \"$QT_SCALE_FACTOR\" >> '{record}.scale'\n")
     os.chmod(script, 0o755)
     return folder

@@ -15,7 +15,8 @@ import subprocess
 import sys
 import time
 
-from desktop import Application, Desktop, browser_folder
+from desktop import Application, Desktop, Listener, browser_folder
+from service.service import Service
 
 
 class Story:
@@ -27,10 +28,11 @@ class Story:
         self.root = os.path.join(out, "sandbox")
         self.failures = []
         self.pictures = []
-
-    def prepare(self):
+        self.service = None
         shutil.rmtree(self.out, ignore_errors=True)
         os.makedirs(self.out)
+
+    def prepare(self):
         made = subprocess.run([os.path.join(self.binaries, "make-sandbox"), self.root], check=True,
                               stdout=subprocess.PIPE, encoding="utf-8")
         self.environment = dict(os.environ)
@@ -40,8 +42,11 @@ class Story:
         browser = browser_folder(os.path.join(self.root, "bin"), self.path("Received/links.txt"))
         self.environment["PATH"] = browser + os.pathsep + self.environment["PATH"]
         self.environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
-        # The X11 plugin warns of windows that the window manager removed a moment before it did.
-        self.environment["QT_LOGGING_RULES"] = "qt.qpa.xcb=false"
+        self.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = self.service.url
+        self.environment["QT_SCALE_FACTOR"] = "3"  # the program's own business
+        # The X11 plugin warns of windows that the window manager removed a moment before it did;
+        # debug lines are no warnings.
+        self.environment["QT_LOGGING_RULES"] = "qt.qpa.xcb=false;default.debug=false"
 
     def path(self, relative):
         return os.path.join(self.root, relative)
@@ -103,6 +108,13 @@ class Story:
         for switch in self.lines("Received/update-installer.txt"):
             print("Update installer's switch: " + switch)
         print("Files left of the sample product: " + (", ".join(self.files_left()) or "none"))
+        cache = self.path("Temp/Norvane Clipwright Uninstaller/Configs")
+        pictures = sorted(os.listdir(os.path.join(cache, "Images"))) if os.path.isdir(cache) else []
+        documents = [name for name in os.listdir(cache) if name.endswith(".cfg")] \
+            if os.path.isdir(cache) else []
+        print(f"Fetched over HTTP ({len(self.service.requests())} requests): "
+              f"{', '.join(documents) or 'no document'}; {len(pictures)} pictures: "
+              + ", ".join(pictures))
         print("Links opened:")
         for link in self.lines("Received/links.txt") or ["(none)"]:
             print("  " + link)
@@ -174,6 +186,11 @@ def play_uninstall(story):
     story.expect_equal([file for file in story.files_left() if not file.startswith("Effects")], [],
                        "the product's files are gone")
     story.expect_equal(len(story.files_left("Effects")), 4, "the effect resources stay")
+    story.expect_equal(set(story.lines("Received/links.txt.scale")), {"1"},
+                       "the program had set the display scale itself")
+    story.expect_equal(len(set(story.service.requests())), 30,
+                       "the document and its pictures were fetched")
+    story.expect_equal(len(story.service.requests()), 30, "each of them once")
     story.expect_equal(story.lines("Received/links.txt"),
                        ["https://www.norvane.example/clipwright/offer?pid=8461&m=uninstall",
                         "https://www.norvane.example/clipwright/goodbye"],
@@ -231,7 +248,7 @@ def play_cancel(story):
         program.press("radio button", "Other")
         program.press("push button", "Continue")
         program.wait_for("label", "Are you sure you want to remove Norvane Clipwright?")
-        program.press("push button", "Cancel", window="ConfirmWindow")
+        program.press("push button", "Cancel", window="Confirm uninstallation")
         code = program.wait_for_exit()
     finally:
         program.close()
@@ -283,8 +300,143 @@ def play_upgrade(story):
     ], "the events came in order, with their properties")
 
 
-STORIES = {"uninstall": play_uninstall, "resources": play_resources, "cancel": play_cancel,
-           "upgrade": play_upgrade}
+def play_stuck_library(story):
+    """The upgrade library never answers a check: the window can be closed, the process ends."""
+    with open(story.path("Feed/orders.txt"), "a", encoding="utf-8") as orders:
+        orders.write("never_return=check\n")
+    program = story.start()
+    try:
+        program.press("radio button", "My version is out of date")
+        program.press("push button", "  Get latest version  ")
+        story.expect(story.wait_for_file(story.path("Feed/calls.jsonl")), "the library was asked")
+        story.picture("waiting-for-the-answer")
+        Desktop.press_keys("Norvane Clipwright Uninstaller", "alt+F4")
+        closed = time.monotonic()
+        code = program.wait_for_exit()
+        took = time.monotonic() - closed
+    finally:
+        program.close()
+
+    story.expect_equal(code, 0, "the program ended with exit code 0")
+    story.expect(took < 5, f"soon after its window was closed ({took:.1f} s)")
+    story.expect_equal([json.loads(line)["call"] for line in story.lines("Feed/calls.jsonl")],
+                       ["check_upgrade_c"], "the library was asked this one thing")
+    story.expect_equal(story.events(), [
+        POP_UP,
+        feedback("PopUp_FeedbackClick", "61", button="Upgrade"),
+        feedback("RetainClick", "61", button="Upgrade"),
+    ], "the events came in order, with their properties")
+    story.expect_equal(story.calls()[-1]["call"], "data_stop", "the analytics session was closed")
+
+
+def play_closed_splash(story):
+    """The user changes their mind while the program loads: it ends, no window, nothing fetched."""
+    with Listener() as silent:
+        story.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = silent.url
+        program = story.start()
+        try:
+            program.wait_for("push button", "Close", seconds=5)
+            story.picture("splash")
+            program.press("push button", "Close")
+            closed = time.monotonic()
+            code = program.wait_for_exit()
+            took = time.monotonic() - closed
+        finally:
+            program.close()
+    story.expect_equal(code, 0, "the program ended with exit code 0")
+    story.expect(0.4 < took < 2, f"about half a second after the splash was closed ({took:.1f} s)")
+    story.expect_equal(story.events(), [], "the main window never came")
+    story.expect_equal([call["call"] for call in story.calls()],
+                       ["data_init", "data_base_info", "data_stop"],
+                       "the analytics session was closed in order")
+
+
+def play_closed_splash_by_keys(story):
+    """The same by the window system's close key."""
+    with Listener() as silent:
+        story.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = silent.url
+        program = story.start()
+        try:
+            program.wait_for("push button", "Close", seconds=5)
+            Desktop.press_keys("SplashWindow", "alt+F4")
+            code = program.wait_for_exit()
+        finally:
+            program.close()
+    story.expect_equal(code, 0, "the program ended with exit code 0")
+    story.expect_equal(story.events(), [], "the main window never came")
+
+
+def play_silent_server(story):
+    """A server that accepts and never answers: the window comes after ten seconds, and the open
+    connection does not delay the end."""
+    with Listener() as silent:
+        story.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = silent.url
+        started = time.monotonic()
+        program = story.start()
+        try:
+            program.wait_for("push button", "Close", seconds=5)
+            splash = time.monotonic() - started
+            program.wait_for("radio button", "Other", seconds=15)
+            took = time.monotonic() - started
+            program.press("push button", "Cancel")
+            pressed = time.monotonic()
+            code = program.wait_for_exit()
+            ending = time.monotonic() - pressed
+        finally:
+            program.close()
+    story.expect_equal(code, 0, "the program ended with exit code 0")
+    story.expect(splash < 3, f"the splash came at once ({splash:.1f} s)")
+    story.expect(10 <= took < 13, f"the main window came after ten seconds ({took:.1f} s)")
+    story.expect(ending < 2, f"the program ended promptly ({ending:.1f} s)")
+    story.expect_equal(silent.connections(), 1, "it had tried the server")
+
+
+def play_german(story):
+    """An installation in German, its document and its interface."""
+    places = play_in_language(story, "DEU", "Abbrechen", "Weiter", "de.cfg", "  30\u00a0% sparen  ")
+    story.expect(places["offer"].x < places["continue"].x < places["cancel"].x,
+                 "banner and buttons stand in their usual order")
+
+
+def play_arabic(story):
+    """An installation in Arabic: everything is mirrored."""
+    places = play_in_language(story, "ARG", "إلغاء", "متابعة", "ar.cfg", "  احصل على خصم 30%  ")
+    story.expect(places["cancel"].x < places["continue"].x, "the buttons stand in the other order")
+    story.expect(places["continue"].x < places["offer"].x, "the banner stands on the right")
+
+
+def play_in_language(story, installer_code, cancel, proceed, document, offer):
+    """Looks at the feedback page in a language; returns where its buttons are."""
+    ini = story.path("ProgramData/Norvane Clipwright/Clipwright.ini")
+    with open(ini, encoding="utf-8") as file:
+        text = file.read()
+    with open(ini, "w", encoding="utf-8") as file:
+        file.write(text.replace("DefInstallLang=ENG", f"DefInstallLang={installer_code}"))
+    program = story.start()
+    try:
+        program.wait_for("push button", cancel)
+        story.picture("feedback")
+        program.press("radio button")
+        places = {"cancel": program.place("push button", cancel),
+                  "continue": program.place("push button", proceed),
+                  "offer": program.place("push button", offer)}
+        story.picture("reason")
+        program.press("push button", proceed)
+        program.wait_for("check box")
+        story.picture("confirmation")
+        program.process.terminate()
+        program.process.wait(timeout=10)
+    finally:
+        program.close()
+    cache = story.path("Temp/Norvane Clipwright Uninstaller/Configs")
+    story.expect(document in os.listdir(cache), f"{document} was fetched")
+    return places
+
+
+STORIES = {"closed-splash": play_closed_splash, "closed-splash-by-keys": play_closed_splash_by_keys,
+           "silent-server": play_silent_server, "german": play_german, "arabic": play_arabic,
+           "uninstall": play_uninstall, "resources": play_resources, "cancel": play_cancel,
+           "upgrade": play_upgrade, "stuck-library": play_stuck_library}
 
 
 def main():
@@ -297,7 +449,7 @@ def main():
     story = Story(os.path.abspath(arguments.bin), os.path.abspath(arguments.out))
     play = STORIES[arguments.story]
     print(f"== {arguments.story}: {play.__doc__}")
-    with Desktop():
+    with Desktop(), Service(os.path.join(story.out, "service")) as story.service:
         story.prepare()
         play(story)
     story.summary()

@@ -1,5 +1,6 @@
 #include "ui/basewindow.h"
 
+#include <QtGui/QCloseEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QStyleOption>
@@ -9,6 +10,13 @@ BaseWindow::BaseWindow(QWidget *parent)
 {
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
     setAttribute(Qt::WA_TranslucentBackground);
+}
+
+bool BaseWindow::refuseUsersClose(QCloseEvent *event)
+{
+    if (event->spontaneous())
+        event->ignore();
+    return event->spontaneous();
 }
 
 void BaseWindow::paintEvent(QPaintEvent * /*event*/)

@@ -13,5 +13,9 @@ public:
     explicit BaseWindow(QWidget *parent);
 
 protected:
+    /// For windows whose closing is decided by their owner: refuses a close that comes from the
+    /// window system and returns whether it was one.
+    static bool refuseUsersClose(QCloseEvent *event);
+
     void paintEvent(QPaintEvent *event) override;
 };

@@ -2,7 +2,6 @@
 
 #include "ui/look.h"
 
-#include <QtGui/QCloseEvent>
 #include <QtWidgets/QShortcut>
 
 namespace {
@@ -30,8 +29,6 @@ ConfirmWindow::ConfirmWindow(QWidget *parent)
 
 void ConfirmWindow::closeEvent(QCloseEvent *event)
 {
-    if (!event->spontaneous())
-        return;
-    event->ignore();
-    Q_EMIT closed(0);
+    if (refuseUsersClose(event))
+        Q_EMIT closed(0);
 }

@@ -1,6 +1,5 @@
 #include "ui/messagewindow.h"
 
-#include <QtGui/QCloseEvent>
 #include <QtWidgets/QShortcut>
 
 MessageWindow::MessageWindow(QWidget *parent)
@@ -18,8 +17,6 @@ MessageWindow::MessageWindow(QWidget *parent)
 
 void MessageWindow::closeEvent(QCloseEvent *event)
 {
-    if (!event->spontaneous())
-        return;
-    event->ignore();
-    Q_EMIT closed();
+    if (refuseUsersClose(event))
+        Q_EMIT closed();
 }

@@ -13,6 +13,7 @@ public:
     explicit MessageWindow(QWidget *parent);
 
 Q_SIGNALS:
+    /// The user has read it, or the window system wants the window closed.
     void closed();
 
 protected:

@@ -40,8 +40,8 @@ void ProductList::keyPressEvent(QKeyEvent *event)
 {
     const bool isClick = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
                          event->key() == Qt::Key_Space;
-    if (isClick && currentItem())
-        Q_EMIT itemClicked(currentItem());
-    else
+    if (!isClick || !currentItem())
         QListWidget::keyPressEvent(event);
+    else if (!event->isAutoRepeat())
+        Q_EMIT itemClicked(currentItem());
 }

@@ -13,6 +13,7 @@ class ProductList : public QListWidget
 public:
     explicit ProductList(QWidget *parent);
 
+    /// Appends a tile for each product record, in order.
     void addProducts(const QList<QJsonObject> &products);
 
     /// Opens the item's product in the browser, if it has a link, and reports the click.

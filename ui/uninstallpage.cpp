@@ -49,6 +49,7 @@ UninstallPage::UninstallPage(QWidget *parent, const QList<QJsonObject> &recommen
     btnProduct->setEnabled(false);
     btnProduct->installEventFilter(this);
     imgArrow = new QWidget(btnProduct);
+    imgArrow->setObjectName(QStringLiteral("imgArrow"));
     imgArrow->resize(24, 24);
     imgArrow->setAttribute(Qt::WA_TransparentForMouseEvents);
     setArrow("disabled");
@@ -185,6 +186,7 @@ void UninstallPage::leave()
 
 bool UninstallPage::hasSucceeded() const
 {
+    // Only that view shows the e-mail box.
     return edtEmail->isVisibleTo(this);
 }
 

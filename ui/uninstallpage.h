@@ -32,6 +32,9 @@ public:
     /// True from start() until the run was seen to end.
     bool isRunning() const;
 
+    /// Whether the success view is shown.
+    bool hasSucceeded() const;
+
     /// Brings bar and time left to where they stand elapsedMs after the start.
     void showElapsed(qint64 elapsedMs);
 
@@ -53,7 +56,6 @@ private:
     void subscribe();
     void more();
     void leave();
-    bool hasSucceeded() const;
     void setPicture(const char *name);
     void setArrow(const char *state);
 

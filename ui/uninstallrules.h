@@ -17,6 +17,7 @@ int progressValue(qint64 elapsedMs, int range);
 /// value must not be 0.
 int secondsLeft(int value, int range, qint64 elapsedMs);
 
+/// Whether the whole text is an address as the subscription takes it.
 bool isValidEmail(const QString &address);
 
 } // namespace UninstallRules

@@ -41,7 +41,8 @@ void UpgradePage::showCompleted()
 
 bool UpgradePage::isActionDisabled() const
 {
-    return !btnCancel->isEnabled();
+    // On its own account, not because the whole window is disabled while an answer is awaited.
+    return !btnCancel->isEnabledTo(this);
 }
 
 void UpgradePage::showProgressText()

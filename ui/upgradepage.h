@@ -14,7 +14,10 @@ class UpgradePage : public QWidget, public Ui::UpgradePage
 public:
     explicit UpgradePage(QWidget *parent = nullptr);
 
+    /// The look of a download that begins: the bar at zero.
     void showUpgrading();
+
+    /// The look of an upgrade that succeeded.
     void showCompleted();
 
     /// True while the page must not be left: an update installer is running.

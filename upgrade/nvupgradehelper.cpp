@@ -150,6 +150,9 @@ void NvUpgradeHelper::reloadUpdateInfo()
         m_updateInfo = std::move(*info);
 }
 
+// By value, as their signatures are fixed; a queued call brings a copy of its own anyway.
+
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void NvUpgradeHelper::shot_checkUpgrade(checkInPraram params)
 {
     Answer answer;
@@ -166,6 +169,7 @@ void NvUpgradeHelper::shot_checkUpgrade(checkInPraram params)
     --m_openRequests;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void NvUpgradeHelper::slot_downloadPackage(downloadInPraram params)
 {
     Answer answer;

@@ -83,12 +83,15 @@ bool MainWindow::isCaption(const QPoint &globalPos) const
 void MainWindow::resizeEvent(QResizeEvent *event)
 {
     BaseWindow::resizeEvent(event);
-    m_overlay->setGeometry(rect());
+    if (m_overlay)
+        m_overlay->setGeometry(rect());
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    const bool isBusy = uninstallPage->isRunning() || upgradePage->isActionDisabled();
+    // Between Remove and the uninstaller's start there is no page yet that shows the run.
+    const bool isBusy = uninstallPage->isRunning() || upgradePage->isActionDisabled() ||
+                        m_uninstallProcess->state() == QProcess::Starting;
     event->setAccepted(!event->spontaneous() || !isBusy);
 }
 
@@ -112,8 +115,7 @@ void MainWindow::btnNextClicked()
 
 void MainWindow::btnProductClicked()
 {
-    // Only the success view shows the e-mail box.
-    productPage->setUninstallResult(uninstallPage->edtEmail->isVisible());
+    productPage->setUninstallResult(uninstallPage->hasSucceeded());
     wizardPages->setCurrentWidget(productPage);
 }
 
@@ -126,7 +128,7 @@ void MainWindow::showFeedbackPage(const QString &source)
 
 void MainWindow::openRedirectLink()
 {
-    QString link = sender()->property("url").toString();
+    QString link = optionPage->btnNext->property("url").toString();
     if (link.isEmpty())
         link = Endpoints::redirect() + QStringLiteral("/go.php?pid=%1&m=c23");
     // A link without "%1" has no place for the id; QString::arg would only complain.

@@ -55,7 +55,7 @@ private:
     void waitOverDimmedWindow(QEventLoop &loop);
     void centre(QWidget &dialog) const;
 
-    QWidget *m_overlay;
-    QProcess *m_installProcess;
-    QProcess *m_uninstallProcess;
+    QWidget *m_overlay = nullptr;
+    QProcess *m_installProcess = nullptr;
+    QProcess *m_uninstallProcess = nullptr;
 };

@@ -9,6 +9,8 @@
 #include <QtCore/QEventLoop>
 #include <QtCore/QTimer>
 
+#include <optional>
+
 namespace {
 
 constexpr int removeAnswer = 1;
@@ -23,10 +25,11 @@ void MainWindow::btnContinueClicked()
     centre(confirm);
     confirm.show();
 
-    int answer = 0;
+    std::optional<int> answer; // the first one counts, whatever else was pressed at once
     QEventLoop loop;
     connect(&confirm, &ConfirmWindow::closed, &loop, [&answer, &loop](int result) {
-        answer = result;
+        if (!answer)
+            answer = result;
         loop.quit();
     });
     waitOverDimmedWindow(loop);

@@ -105,8 +105,10 @@ void MainWindow::checkFinished(const checkOutParam &result)
 
 void MainWindow::downloadProgressed(int percent)
 {
-    // The bar is full only when the installer has finished.
-    upgradePage->progressBar->setValue(qMin(percent, maxProgressBeforeInstalled));
+    // The bar is full only when the installer has finished, and then stays so: a report may be
+    // late.
+    if (upgradePage->progressBar->value() <= maxProgressBeforeInstalled)
+        upgradePage->progressBar->setValue(qMin(percent, maxProgressBeforeInstalled));
 }
 
 void MainWindow::downloadFinished(bool success)

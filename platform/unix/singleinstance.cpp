@@ -15,8 +15,8 @@ bool claimSingleInstance(const char *name)
     // The kernel drops a file lock with its process, so a killed copy leaves nothing stale. The
     // file itself stays: removing it would let two processes lock two files of the same name.
     const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR", QStringLiteral("/tmp"));
-    const QString file =
-        QStringLiteral("%1/%2.%3.lock").arg(folder, QString::fromUtf8(name)).arg(getuid());
+    const QString file = QStringLiteral("%1/%2.%3.lock")
+                             .arg(folder, QString::fromUtf8(name), QString::number(getuid()));
     const int descriptor = open(QFile::encodeName(file).constData(),
                                 O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
     if (descriptor < 0)

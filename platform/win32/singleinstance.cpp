@@ -2,6 +2,7 @@
 
 #include <QtCore/QString>
 
+#include <string>
 #include <windows.h>
 
 namespace Platform {
@@ -9,8 +10,8 @@ namespace Platform {
 bool claimSingleInstance(const char *name)
 {
     // The handle is never closed: the system drops the mutex with the process.
-    const HANDLE mutex = CreateMutexW(
-        nullptr, FALSE, reinterpret_cast<const wchar_t *>(QString::fromUtf8(name).utf16()));
+    const std::wstring wideName = QString::fromUtf8(name).toStdWString();
+    const HANDLE mutex = CreateMutexW(nullptr, FALSE, wideName.c_str());
     if (GetLastError() != ERROR_ALREADY_EXISTS)
         return true;
     ReleaseMutex(mutex);

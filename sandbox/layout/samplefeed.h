@@ -12,7 +12,7 @@ public:
     /// "key=value" lines; standins/nvUpgrade/nvupgrade.cpp lists the keys.
     using Orders = QMap<QString, QString>;
 
-    static constexpr qint64 defaultPackageBytes = 24 * 1024 * 1024;
+    static constexpr qint64 defaultPackageBytes = qint64(24) * 1024 * 1024;
 
     /// The folder is made by the first method that writes.
     explicit SampleFeed(const QString &root);

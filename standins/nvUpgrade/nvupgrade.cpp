@@ -293,7 +293,7 @@ std::optional<std::string> copyPackage(const fs::path &package, const fs::path &
         return errorAnswer("-1", "no package in the feed");
     std::ofstream out(target, std::ios::binary);
     std::vector<char> chunk(
-        static_cast<std::size_t>(std::max(1LL, orders.number("chunk", 1024 * 1024))));
+        static_cast<std::size_t>(std::max(1LL, orders.number("chunk", 1024LL * 1024))));
     const long long delay = orders.number("download_delay", 0);
 
     int reported = 0;

@@ -8,7 +8,7 @@ QtMessageHandler qtTestHandler = nullptr;
 
 void dropPlatformExcuses(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
-    if (text != QLatin1String("This plugin does not support propagateSizeHints()"))
+    if (!text.startsWith(QLatin1String("This plugin does not support ")))
         qtTestHandler(type, context, text);
 }
 

@@ -14,7 +14,6 @@ private Q_SLOTS:
     void secondCopyEndsAtOnceAndSilently();
     void killedCopyLeavesTheWayFree();
     void argumentsHaveNoEffect();
-    void scaleFactorIsSetByTheProgramItself();
     void missingEverythingStillStarts();
 };
 
@@ -97,23 +96,6 @@ void TestProgram::argumentsHaveNoEffect()
     QTest::qWait(200);
     QCOMPARE(program.process().state(), QProcess::Running);
     QVERIFY(!QFile::exists(sandbox->uninstallerRecord()));
-}
-
-void TestProgram::scaleFactorIsSetByTheProgramItself()
-{
-    const Sandbox sandbox;
-    const QByteArray before = qgetenv("QT_SCALE_FACTOR");
-    qputenv("QT_SCALE_FACTOR", "nonsense");
-    Program program;
-    if (before.isNull())
-        qunsetenv("QT_SCALE_FACTOR");
-    else
-        qputenv("QT_SCALE_FACTOR", before);
-    QTRY_VERIFY_WITH_TIMEOUT(program.isUp(), 20000);
-    // No complaint about the value; the offscreen platform has one of its own.
-    QCOMPARE(program.process().readAll().replace(
-                 "This plugin does not support propagateSizeHints()\n", ""),
-             QByteArray());
 }
 
 void TestProgram::missingEverythingStillStarts()

@@ -39,6 +39,8 @@ private Q_SLOTS:
     void hangingProcessEndsWithTheWindow();
     void failedRunIsReportedOnTheProductPage();
     void quitWhileAskingRemovesNothing();
+    void firstAnswerCounts();
+    void closeIsRefusedWhileTheUninstallerStarts();
 
 private:
     void answer(MainWindow &window, int result, bool deleteAll = false);
@@ -125,7 +127,9 @@ void TestUninstallRun::cancelEndsWithoutStartingAnything()
 {
     MainWindow window(nullptr);
     window.show();
-    answer(window, 0, true);
+    QTimer::singleShot(0, &window, [this, &window] { answer(window, 0, true); });
+    QTimer::singleShot(10000, &window, [] { QCoreApplication::exit(1); });
+    QCOMPARE(QApplication::exec(), 0); // the last window was closed
     QVERIFY(!window.isVisible());
     QCOMPARE(lastProperties(), QJsonObject({{QLatin1String("ButtonClick"), QLatin1String("Cancel")},
                                             {QLatin1String("is_delete_all"), QLatin1String("1")}}));
@@ -318,6 +322,35 @@ void TestUninstallRun::quitWhileAskingRemovesNothing()
     QVERIFY(!QFile::exists((*m_sandbox)->uninstallerRecord()));
     QCOMPARE(lastProperties().value(QLatin1String("ButtonClick")),
              QJsonValue(QLatin1String("Cancel")));
+}
+
+void TestUninstallRun::firstAnswerCounts()
+{
+    MainWindow window(nullptr);
+    window.show();
+    window.optionPage->btnContinue->setEnabled(true);
+    QTimer::singleShot(0, &window, [&window] {
+        auto *dialog = window.findChild<ConfirmWindow *>();
+        dialog->btnCancel->click();
+        dialog->btnRemove->click(); // in the same batch of events
+    });
+    window.optionPage->btnContinue->click();
+    QVERIFY(!window.isVisible());
+    QVERIFY(!isProcessRunning(window));
+    QCOMPARE(lastProperties().value(QLatin1String("ButtonClick")),
+             QJsonValue(QLatin1String("Cancel")));
+}
+
+void TestUninstallRun::closeIsRefusedWhileTheUninstallerStarts()
+{
+    MainWindow window(nullptr);
+    window.show();
+    answer(window, 1);
+    QVERIFY(!window.isEnabled()); // started, but nobody has heard of it yet
+    window.windowHandle()->close();
+    QVERIFY(window.isVisible());
+    QTRY_COMPARE(window.wizardPages->currentWidget(), window.uninstallPage);
+    QTRY_VERIFY(!isProcessRunning(window));
 }
 
 QTEST_MAIN(TestUninstallRun)

@@ -16,6 +16,7 @@ private Q_SLOTS:
     void completedLook();
     void upgradingAfterCompletedKeepsTheCloseButton();
     void actionTellsWhetherItIsDisabled();
+    void actionOfADisabledPageIsNotItselfDisabled();
     void closeButtonQuits();
 };
 
@@ -89,6 +90,17 @@ void TestUpgradePage::actionTellsWhetherItIsDisabled()
     QVERIFY(!page.isActionDisabled());
     page.btnCancel->setEnabled(false);
     QVERIFY(page.isActionDisabled());
+}
+
+void TestUpgradePage::actionOfADisabledPageIsNotItselfDisabled()
+{
+    QWidget window;
+    auto *page = new UpgradePage(&window);
+    window.setEnabled(false);
+    QVERIFY(!page->btnCancel->isEnabled());
+    QVERIFY(!page->isActionDisabled());
+    page->btnCancel->setEnabled(false);
+    QVERIFY(page->isActionDisabled());
 }
 
 void TestUpgradePage::closeButtonQuits()

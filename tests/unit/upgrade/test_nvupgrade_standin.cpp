@@ -1,5 +1,5 @@
+#include "tests/support/feed.h"
 #include "tests/support/testcase.h"
-#include "tests/unit/upgrade/feed.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QElapsedTimer>

@@ -1,14 +1,16 @@
+#include "tests/support/feed.h"
 #include "tests/support/testcase.h"
-#include "tests/unit/upgrade/feed.h"
 #include "upgrade/nvupgradehelper.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonDocument>
+#include <QtCore/QPointer>
 #include <QtCore/QThread>
 #include <QtTest/QTest>
 #include <atomic>
+#include <nvupgrade.h>
 #include <optional>
 
 namespace {
@@ -115,6 +117,11 @@ private Q_SLOTS:
     void destructionStartsTheThreadWhenItDoesNotRun();
     void destructionWaitsForARunningDownload();
     void destructionFollowsAnIdleThreadAtOnce();
+    void idleHelperIsReleased_data();
+    void idleHelperIsReleased();
+    void helperInsideACallIsNotReleased_data();
+    void helperInsideACallIsNotReleased();
+    void helperWithAWaitingRequestIsNotReleased();
 
     // Check
     void checkRequestReachesTheLibraryByteForByte();
@@ -330,6 +337,78 @@ void TestNvUpgradeHelper::destructionFollowsAnIdleThreadAtOnce()
         NvUpgradeHelper::release();
     }
     QVERIFY(clock.elapsed() < 2000);
+}
+
+void TestNvUpgradeHelper::idleHelperIsReleased_data()
+{
+    QTest::addColumn<Operation>("use");
+    QTest::newRow("never made") << Operation(nullptr);
+    QTest::newRow("never asked") << Operation([](NvUpgradeHelper *) {});
+    QTest::newRow("check answered")
+        << Operation([](NvUpgradeHelper *helper) { helper->checkUpgrade(sampleCheck()); });
+    QTest::newRow("everything answered") << Operation([](NvUpgradeHelper *helper) {
+        helper->checkUpgrade(sampleCheck());
+        helper->downloadPackage(sampleDownload());
+        helper->stop();
+    });
+}
+
+void TestNvUpgradeHelper::idleHelperIsReleased()
+{
+    QFETCH(Operation, use);
+    m_feed->writeSmallUpgrade(version);
+    QPointer<NvUpgradeHelper> helper;
+    if (use) {
+        helper = NvUpgradeHelper::instance();
+        use(helper);
+    }
+    QTRY_VERIFY(NvUpgradeHelper::releaseIfIdle());
+    QVERIFY(!helper);
+}
+
+void TestNvUpgradeHelper::helperInsideACallIsNotReleased_data()
+{
+    QTest::addColumn<Operation>("ask");
+    QTest::addColumn<QString>("call");
+    QTest::newRow("check") << Operation([](NvUpgradeHelper *helper) {
+        helper->checkUpgrade(sampleCheck());
+    }) << QStringLiteral("check");
+    QTest::newRow("download") << Operation([](NvUpgradeHelper *helper) {
+        helper->downloadPackage(sampleDownload());
+    }) << QStringLiteral("download");
+}
+
+void TestNvUpgradeHelper::helperInsideACallIsNotReleased()
+{
+    QFETCH(Operation, ask);
+    QFETCH(QString, call);
+    QVERIFY((*m_feed)->writeOrders({{QStringLiteral("never_return"), call}}));
+    const QPointer<NvUpgradeHelper> helper = NvUpgradeHelper::instance();
+    ask(helper);
+    QTRY_COMPARE(m_feed->calls().size(), 1);
+    QVERIFY(!NvUpgradeHelper::releaseIfIdle());
+    QVERIFY(helper);
+    QCOMPARE(NvUpgradeHelper::instance(), helper);
+
+    ::stop();
+    QTRY_VERIFY(NvUpgradeHelper::releaseIfIdle());
+    QVERIFY(!helper);
+}
+
+void TestNvUpgradeHelper::helperWithAWaitingRequestIsNotReleased()
+{
+    QVERIFY((*m_feed)->writeOrders({{QStringLiteral("never_return"), QStringLiteral("download")}}));
+    NvUpgradeHelper *helper = NvUpgradeHelper::instance();
+    const Receiver receiver(helper);
+    helper->checkUpgrade(sampleCheck());
+    helper->downloadPackage(sampleDownload());
+    QTRY_COMPARE(receiver.checks.size(), 1);
+    QVERIFY(!NvUpgradeHelper::releaseIfIdle());
+
+    QTRY_COMPARE(m_feed->calls().size(), 2);
+    ::stop();
+    QTRY_COMPARE(receiver.downloads, QList<bool>({false}));
+    QTRY_VERIFY(NvUpgradeHelper::releaseIfIdle());
 }
 
 void TestNvUpgradeHelper::checkRequestReachesTheLibraryByteForByte()

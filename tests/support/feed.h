@@ -6,12 +6,12 @@
 #include <QtCore/QJsonObject>
 #include <QtCore/QList>
 
-/// An empty feed of the upgrade library's stand-in, in a sandbox without an installation, seen by
-/// this process until the object is destroyed.
+/// An empty feed of the upgrade library's stand-in in a sandbox of its own, seen by this process
+/// until the object is destroyed.
 class Feed
 {
 public:
-    Feed();
+    explicit Feed(Sandbox::Content content = Sandbox::Content::Nothing);
     ~Feed();
 
     Q_DISABLE_COPY(Feed)

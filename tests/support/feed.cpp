@@ -1,11 +1,11 @@
-#include "tests/unit/upgrade/feed.h"
+#include "tests/support/feed.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QJsonDocument>
 
-Feed::Feed()
-    : m_sandbox(Sandbox::Content::Nothing)
+Feed::Feed(Sandbox::Content content)
+    : m_sandbox(content)
     , m_feed(m_sandbox.path(QStringLiteral("feed")))
 {
     QDir().mkpath(m_sandbox.path(QStringLiteral("feed")));

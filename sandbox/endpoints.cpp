@@ -1,0 +1,27 @@
+// The sandbox flavour's hosts: a local service, named by an environment variable that whoever
+// starts the service sets. The program as shipped does not link this file.
+
+#include "app/env/endpoints.h"
+
+namespace {
+
+QString service()
+{
+    return qEnvironmentVariable("CLIPWRIGHT_SANDBOX_SERVICE", QStringLiteral("http://127.0.0.1:9"));
+}
+
+} // namespace
+
+namespace Endpoints {
+
+QString configuration()
+{
+    return service();
+}
+
+QString redirect()
+{
+    return service();
+}
+
+} // namespace Endpoints

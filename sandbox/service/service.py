@@ -1,0 +1,161 @@
+#!/usr/bin/python3
+"""The sandbox's local service: nginx, serving a sample configuration document with its pictures as
+the maker's hosts would.
+
+usage: service.py [--port PORT] --folder DIR
+
+Serves until it is interrupted. What was asked for stands in DIR/access.log.
+"""
+
+import argparse
+import glob
+import json
+import os
+import shutil
+import signal
+import socket
+import subprocess
+import time
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+BUILT_IN = os.path.join(HERE, "..", "..", "Resources", "cfg")
+NGINX = shutil.which("nginx") or "/usr/sbin/nginx"
+
+CONFIGURATION = """
+pid {folder}/nginx.pid;
+error_log {folder}/error.log;
+daemon off;
+events {{}}
+http {{
+  access_log {folder}/access.log;
+  client_body_temp_path {folder}/tmp;
+  proxy_temp_path {folder}/tmp;
+  fastcgi_temp_path {folder}/tmp;
+  uwsgi_temp_path {folder}/tmp;
+  scgi_temp_path {folder}/tmp;
+  types {{ application/json json; image/png png; }}
+  server {{
+    listen {port};
+    root {folder}/root;
+  }}
+}}
+"""
+
+
+def sample_pictures(kind):
+    return sorted(glob.glob(os.path.join(HERE, "images", kind + "_*.png")))
+
+
+# Products whose icon shows what they do; the others take what comes.
+ICONS = {927: "audio", 941: "photo", 958: "slides", 973: "screen", 1118: "pdf", 1131: "scan",
+         1149: "slides", 1162: "notes", 1421: "recover", 1436: "convert", 1458: "transfer",
+         1502: "cleaner", 1544: "password"}
+BANNERS = {57: "price", 59: "update", 60: "learn", 61: "update", 64: "crash"}
+DEFAULT_BANNER = os.path.join(HERE, "..", "..", "Resources", "light", "Option0_2x.png")
+
+
+def icon_of(pid):
+    icons = sample_pictures("app")
+    named = os.path.join(HERE, "images", f"app_{ICONS.get(pid)}.png")
+    return named if named in icons else icons[pid % len(icons)]
+
+
+def banner_of(value):
+    named = os.path.join(HERE, "images", f"banner_{BANNERS.get(value)}.png")
+    return named if os.path.exists(named) else DEFAULT_BANNER
+
+
+def publish(document, url, root):
+    """Points the document's pictures at this service and puts pictures there."""
+    for category in document["apps"]:
+        for product in category["list"]:
+            name = f"icons/pid_{product['pid']}.png"
+            copy(icon_of(product["pid"]), os.path.join(root, name))
+            product["icon"] = f"{url}/{name}"
+    for product in document["recommended"]["list"]:
+        product["icon"] = f"{url}/icons/pid_{product['pid']}.png"
+    for option in document["problem_type"]["list"]:
+        name = f"banners/option_{option['value']}.png"
+        copy(banner_of(option["value"]), os.path.join(root, name))
+        option["banner_url"] = f"{url}/{name}"
+    return document
+
+
+def copy(source, target):
+    os.makedirs(os.path.dirname(target), exist_ok=True)
+    shutil.copyfile(source, target)
+
+
+def make_root(url, root):
+    shutil.rmtree(root, ignore_errors=True)
+    published = os.path.join(root, "uninstall", "cfg", "v1")
+    os.makedirs(published)
+    for file in glob.glob(os.path.join(BUILT_IN, "*.cfg")):
+        code = os.path.splitext(os.path.basename(file))[0]
+        with open(file, encoding="utf-8") as source:
+            document = publish(json.load(source), url, root)
+        with open(os.path.join(published, f"846-{code}.json"), "w", encoding="utf-8") as target:
+            json.dump(document, target, ensure_ascii=False)
+
+
+class Service:
+    """Runs the service between entry and exit. Without a port in the address a free one is taken."""
+
+    def __init__(self, folder, host="127.0.0.1", port=None):
+        self._folder = os.path.abspath(folder)
+        self._port = port or free_port()
+        self.url = f"http://{host}:{self._port}"
+
+    def __enter__(self):
+        os.makedirs(os.path.join(self._folder, "tmp"), exist_ok=True)
+        make_root(self.url, os.path.join(self._folder, "root"))
+        configuration = os.path.join(self._folder, "nginx.conf")
+        with open(configuration, "w", encoding="utf-8") as file:
+            file.write(CONFIGURATION.format(folder=self._folder, port=self._port))
+        error_log = os.path.join(self._folder, "error.log")
+        self._nginx = subprocess.Popen([NGINX, "-c", configuration, "-e", error_log])
+        self._wait_until_it_answers()
+        return self
+
+    def __exit__(self, *exception):
+        self._nginx.terminate()
+        self._nginx.wait()
+
+    def _wait_until_it_answers(self):
+        deadline = time.monotonic() + 10
+        while True:
+            try:
+                socket.create_connection(("127.0.0.1", self._port)).close()
+                return
+            except OSError:
+                if time.monotonic() > deadline or self._nginx.poll() is not None:
+                    raise
+                time.sleep(0.05)
+
+    def requests(self):
+        """The request lines that came, in order."""
+        with open(os.path.join(self._folder, "access.log"), encoding="utf-8") as log:
+            return [line.split('"')[1] for line in log if '"' in line]
+
+
+def free_port():
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        return probe.getsockname()[1]
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--port", type=int, default=8846)
+    parser.add_argument("--folder", required=True)
+    arguments = parser.parse_args()
+    with Service(arguments.folder, port=arguments.port) as service:
+        print(f"Serving on {service.url}", flush=True)
+        try:
+            signal.pause()
+        except KeyboardInterrupt:
+            pass
+
+
+if __name__ == "__main__":
+    main()

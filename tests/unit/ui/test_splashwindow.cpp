@@ -1,0 +1,186 @@
+#include "tests/support/lookapplied.h"
+#include "tests/support/testcase.h"
+#include "ui/splashwindow.h"
+
+#include <QtCore/QThread>
+#include <QtGui/QPaintEvent>
+#include <QtGui/QPainter>
+#include <QtGui/QWindow>
+#include <QtTest/QSignalSpy>
+#include <QtTest/QTest>
+
+class TestSplashWindow : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void isAToolWindowOfItsSize();
+    void angleFollowsTheClock_data();
+    void angleFollowsTheClock();
+    void lateTicksDoNotSlowTheTurning();
+    void onlyTheMiddleIsRepainted();
+    void hidingStopsTheTurningForGood();
+    void stoppedPictureIsNotTurned();
+    void closeButtonAsks();
+    void keyboardAsks();
+    void closeFromTheWindowSystemStaysAndAsks();
+    void ownCloseClosesSilently();
+};
+
+namespace {
+
+// What the window shows in its middle.
+QImage middleOf(SplashWindow &window)
+{
+    QImage image(window.size(), QImage::Format_ARGB32);
+    image.fill(Qt::white);
+    window.render(&image);
+    return image.copy((window.width() - 40) / 2, (window.height() - 40) / 2, 40, 40);
+}
+
+} // namespace
+
+void TestSplashWindow::isAToolWindowOfItsSize()
+{
+    const SplashWindow window(nullptr);
+    QCOMPARE(window.size(), QSize(720, 480));
+    QCOMPARE(window.windowFlags(), Qt::Tool | Qt::FramelessWindowHint);
+    QCOMPARE(static_cast<int>(window.windowFlags()), 0x80B);
+    QCOMPARE(window.windowTitle(), QStringLiteral("SplashWindow"));
+    QCOMPARE(window.btnClose->text(), QString());
+    QVERIFY(!window.btnClose->accessibleName().isEmpty());
+    QVERIFY(window.isSpinning());
+}
+
+void TestSplashWindow::angleFollowsTheClock_data()
+{
+    QTest::addColumn<qint64>("elapsedMs");
+    QTest::addColumn<qreal>("degrees");
+    QTest::newRow("start") << qint64(0) << 0.0;
+    QTest::newRow("a quarter") << qint64(250) << 90.0;
+    QTest::newRow("just before a turn") << qint64(999) << 359.64;
+    QTest::newRow("a turn") << qint64(1000) << 0.0;
+    QTest::newRow("the second turn") << qint64(1500) << 180.0;
+    QTest::newRow("after a day") << qint64(86400750) << 270.0;
+}
+
+void TestSplashWindow::angleFollowsTheClock()
+{
+    QFETCH(qint64, elapsedMs);
+    QTEST(SplashWindow::angleAt(elapsedMs), "degrees");
+}
+
+void TestSplashWindow::lateTicksDoNotSlowTheTurning()
+{
+    const LookApplied look;
+    SplashWindow window(nullptr);
+    window.show();
+    const QImage before = middleOf(window);
+    QThread::msleep(400); // a busy GUI thread: not one tick is handled
+    QVERIFY(middleOf(window) != before);
+}
+
+void TestSplashWindow::onlyTheMiddleIsRepainted()
+{
+    class Watch : public SplashWindow
+    {
+    public:
+        using SplashWindow::SplashWindow;
+        QList<QRect> painted;
+
+    protected:
+        void paintEvent(QPaintEvent *event) override
+        {
+            painted += event->rect();
+            SplashWindow::paintEvent(event);
+        }
+    };
+    Watch window(nullptr);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QTRY_VERIFY(!window.painted.isEmpty());
+    QTest::qWait(50);
+    window.painted.clear();
+    QTRY_VERIFY(window.painted.size() > 5);
+    for (const QRect &rect : qAsConst(window.painted))
+        QCOMPARE(rect, QRect(310, 190, 100, 100));
+}
+
+void TestSplashWindow::hidingStopsTheTurningForGood()
+{
+    SplashWindow window(nullptr);
+    window.show();
+    QVERIFY(window.isSpinning());
+    window.hide();
+    QTRY_VERIFY(!window.isSpinning());
+    window.show();
+    QTest::qWait(50);
+    QVERIFY(!window.isSpinning());
+}
+
+void TestSplashWindow::stoppedPictureIsNotTurned()
+{
+    const LookApplied look;
+    SplashWindow window(nullptr);
+    QTest::qWait(100); // not shown: stops at its first tick
+    QVERIFY(!window.isSpinning());
+    window.show();
+
+    QImage expected(40, 40, QImage::Format_ARGB32);
+    expected.fill(Qt::white);
+    QPainter painter(&expected);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(expected.rect(),
+                       QPixmap(QStringLiteral(":/Resources/light/loading_2x.png")));
+    painter.end();
+    QCOMPARE(middleOf(window), expected);
+}
+
+void TestSplashWindow::closeButtonAsks()
+{
+    SplashWindow window(nullptr);
+    window.show();
+    QSignalSpy closed(&window, &SplashWindow::closed);
+    QTest::mouseClick(window.btnClose, Qt::LeftButton);
+    QCOMPARE(closed.size(), 1);
+    QVERIFY(window.isVisible());
+}
+
+void TestSplashWindow::keyboardAsks()
+{
+    SplashWindow window(nullptr);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QSignalSpy closed(&window, &SplashWindow::closed);
+    QTest::keyClick(&window, Qt::Key_Escape);
+    QCOMPARE(closed.size(), 1);
+    QTest::keyClick(&window, Qt::Key_Tab);
+    QVERIFY(window.btnClose->hasFocus());
+    QTest::keyClick(window.btnClose, Qt::Key_Return);
+    QTest::keyClick(window.btnClose, Qt::Key_Space);
+    QCOMPARE(closed.size(), 3);
+}
+
+void TestSplashWindow::closeFromTheWindowSystemStaysAndAsks()
+{
+    SplashWindow window(nullptr);
+    window.show();
+    QSignalSpy closed(&window, &SplashWindow::closed);
+    window.windowHandle()->close();
+    QCOMPARE(closed.size(), 1);
+    QVERIFY(window.isVisible());
+}
+
+void TestSplashWindow::ownCloseClosesSilently()
+{
+    SplashWindow window(nullptr);
+    window.show();
+    QSignalSpy closed(&window, &SplashWindow::closed);
+    QVERIFY(window.close());
+    QVERIFY(!window.isVisible());
+    QVERIFY(closed.isEmpty());
+}
+
+QTEST_MAIN(TestSplashWindow)
+#include "test_splashwindow.moc"

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "ui/basewindow.h"
+#include "ui_splashwindow.h"
+
+#include <QtCore/QElapsedTimer>
+
+class QTimer;
+
+/// The loading window: a spinning picture and a close button. Like the dialogs it never closes
+/// itself on a user's close: it says so through closed() and its owner decides.
+class SplashWindow : public BaseWindow, public Ui::SplashWindow
+{
+    Q_OBJECT
+
+public:
+    explicit SplashWindow(QWidget *parent);
+
+    /// Degrees by which the picture is turned after so many milliseconds: one turn a second.
+    static qreal angleAt(qint64 elapsedMs);
+
+    /// Whether the picture still turns. It stops for good when the window is hidden.
+    bool isSpinning() const;
+
+Q_SIGNALS:
+    void closed();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private Q_SLOTS:
+    void timerTimeout();
+
+private:
+    QRect centred(int side) const;
+
+    QElapsedTimer m_clock;
+    QTimer *m_timer;
+};
