@@ -1,7 +1,8 @@
 #!/usr/bin/python3
 """Plays stories on the real program in a sample installation, as a person with a screen reader
 would, and judges each from outside: arguments received, files gone, events recorded, links opened,
-exit code. Saves a picture of each page. Exits with 1 when anything is not as it should be.
+exit code. Saves a picture of each page. Exits with 1 when anything is not as it should be, with 77
+when the machine does not allow the story.
 
 usage: /usr/bin/python3 sandbox/play.py STORY --bin DIR --out DIR
 """
@@ -11,11 +12,13 @@ import json
 import os
 import shutil
 import shlex
+import socket
 import subprocess
 import sys
 import time
 
 from desktop import Application, Desktop, Listener, browser_folder
+from proxies import HttpProxy, SocksProxy
 from service.service import Service
 
 
@@ -91,8 +94,8 @@ class Story:
         return sorted(os.path.relpath(os.path.join(parent, file), self.install_dir)
                       for parent, _, files in os.walk(folder) for file in files)
 
-    def start(self):
-        return Application([os.path.join(self.binaries, "clipwright-uninstaller-sandbox")],
+    def start(self, wrap=()):
+        return Application([*wrap, os.path.join(self.binaries, "clipwright-uninstaller-sandbox")],
                            self.environment, os.path.join(self.out, "program.log"))
 
     @staticmethod
@@ -433,7 +436,102 @@ def play_in_language(story, installer_code, cancel, proceed, document, offer):
     return places
 
 
-STORIES = {"closed-splash": play_closed_splash, "closed-splash-by-keys": play_closed_splash_by_keys,
+def settle_proxy(story, kind, port):
+    with open(story.path("ProgramData/Norvane Clipwright/KConfig.ini"), "a",
+              encoding="utf-8") as file:
+        file.write(f"\n[ProxyInfo]\nMode=2\nType={kind}\nServer={['http', '', 'socks5'][kind]}"
+                   f"://127.0.0.1\nPort={port}\nUser=robin\nPassword=hood\n")
+
+
+def look_and_leave(story, wrap=()):
+    """Starts the program, waits for its window and cancels; returns how long the window took."""
+    started = time.monotonic()
+    program = story.start(wrap)
+    try:
+        program.wait_for("radio button", "Other", seconds=15)
+        took = time.monotonic() - started
+        program.press("push button", "Cancel")
+        story.expect_equal(program.wait_for_exit(), 0, "the program ended with exit code 0")
+    finally:
+        program.close()
+    return took
+
+
+# Qt asks no proxy for loopback names; the machine's own name is none, to Qt.
+MACHINE = socket.gethostname()
+
+
+def play_http_proxy(story):
+    """Everything is fetched through a real HTTP proxy that wants a name and a password."""
+    with Service(os.path.join(story.out, "distant"), host=MACHINE) as distant, \
+            HttpProxy(story.out, "robin", "hood") as proxy:
+        story.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = distant.url
+        settle_proxy(story, 0, proxy.port)
+        look_and_leave(story)
+        story.expect_equal(len(distant.requests()), 30, "document and pictures arrived")
+        story.expect_equal(len(proxy.addresses()), 30, "each of them asked for at the proxy")
+
+
+def play_socks_proxy(story):
+    """Everything is fetched through a real SOCKS5 proxy that wants a name and a password."""
+    with Service(os.path.join(story.out, "distant"), host=MACHINE) as distant, \
+            SocksProxy(story.out, "robin", "hood") as proxy:
+        story.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = distant.url
+        settle_proxy(story, 2, proxy.port)
+        look_and_leave(story)
+        story.expect_equal(len(distant.requests()), 30, "document and pictures arrived")
+        story.expect(1 <= len(proxy.connections()) <= 30,
+                     f"over {len(proxy.connections())} connections of the proxy")
+
+
+class Skipped(Exception):
+    """The machine does not allow what the story needs."""
+
+
+def trusting(authority_folder):
+    """Runs a command where the system trusts this authority and no other."""
+    if subprocess.run(["unshare", "--map-root-user", "--mount", "true"], check=False).returncode:
+        raise Skipped("no mount namespace of one's own may be made here")
+    return ["unshare", "--map-root-user", "--mount", "sh", "-c",
+            'mount --bind "$0" /etc/ssl/certs && exec "$@"', authority_folder]
+
+
+def play_https(story):
+    """The same over TLS, with a certificate that the machine trusts."""
+    with Service(os.path.join(story.out, "distant"), MACHINE, certificate_for=MACHINE) as distant:
+        story.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = distant.url
+        look_and_leave(story, trusting(distant.authority_folder))
+        story.expect_equal(len(distant.requests()), 30, "document and pictures arrived")
+
+
+def refused_certificate(story, certificate_for, trusted):
+    cached = story.path("Temp/Norvane Clipwright Uninstaller/Configs/en.cfg")
+    os.makedirs(os.path.dirname(cached))
+    built_in = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../Resources/cfg/en.cfg")
+    shutil.copyfile(built_in, cached)
+    with Service(os.path.join(story.out, "distant"), MACHINE,
+                 certificate_for=certificate_for) as distant:
+        story.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = distant.url
+        took = look_and_leave(story, trusting(distant.authority_folder) if trusted else ())
+        story.expect_equal(distant.requests(), [], "not one request was sent")
+    story.expect(took < 5, f"the window came at once ({took:.1f} s)")
+    with open(built_in, "rb") as expected, open(cached, "rb") as found:
+        story.expect(expected.read() == found.read(), "the earlier document is untouched")
+
+
+def play_https_unknown_authority(story):
+    """A certificate that nobody vouches for: nothing is fetched, the earlier document stays."""
+    refused_certificate(story, MACHINE, trusted=False)
+
+
+def play_https_wrong_name(story):
+    """A trusted certificate for another host: nothing is fetched, the earlier document stays."""
+    refused_certificate(story, "other.host.example", trusted=True)
+
+
+STORIES = {"http-proxy": play_http_proxy, "socks-proxy": play_socks_proxy, "https": play_https,
+           "https-unknown-authority": play_https_unknown_authority,
+           "https-wrong-name": play_https_wrong_name, "closed-splash": play_closed_splash, "closed-splash-by-keys": play_closed_splash_by_keys,
            "silent-server": play_silent_server, "german": play_german, "arabic": play_arabic,
            "uninstall": play_uninstall, "resources": play_resources, "cancel": play_cancel,
            "upgrade": play_upgrade, "stuck-library": play_stuck_library}
@@ -451,7 +549,11 @@ def main():
     print(f"== {arguments.story}: {play.__doc__}")
     with Desktop(), Service(os.path.join(story.out, "service")) as story.service:
         story.prepare()
-        play(story)
+        try:
+            play(story)
+        except Skipped as reason:
+            print(f"== {arguments.story}: SKIPPED, {reason}")
+            return 77
     story.summary()
     print(f"== {arguments.story}: " + ("FAILED" if story.failures else "as it should be"))
     return 1 if story.failures else 0

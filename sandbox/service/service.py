@@ -35,7 +35,7 @@ http {{
   scgi_temp_path {folder}/tmp;
   types {{ application/json json; image/png png; }}
   server {{
-    listen {port};
+    listen {port}{tls};
     root {folder}/root;
   }}
 }}
@@ -99,19 +99,25 @@ def make_root(url, root):
 
 
 class Service:
-    """Runs the service between entry and exit. Without a port in the address a free one is taken."""
+    """Runs the service between entry and exit, at a free port unless one is given. With
+    certificate_for it speaks TLS, with a certificate for that host name, signed by an authority of
+    its own whose certificate then stands in authority_folder."""
 
-    def __init__(self, folder, host="127.0.0.1", port=None):
+    def __init__(self, folder, host="127.0.0.1", port=None, certificate_for=None):
         self._folder = os.path.abspath(folder)
         self._port = port or free_port()
-        self.url = f"http://{host}:{self._port}"
+        self._certificate_for = certificate_for
+        scheme = "https" if certificate_for else "http"
+        self.url = f"{scheme}://{host}:{self._port}"
+        self.authority_folder = os.path.join(self._folder, "authority")
 
     def __enter__(self):
         os.makedirs(os.path.join(self._folder, "tmp"), exist_ok=True)
         make_root(self.url, os.path.join(self._folder, "root"))
         configuration = os.path.join(self._folder, "nginx.conf")
+        tls = self._make_certificate() if self._certificate_for else ""
         with open(configuration, "w", encoding="utf-8") as file:
-            file.write(CONFIGURATION.format(folder=self._folder, port=self._port))
+            file.write(CONFIGURATION.format(folder=self._folder, port=self._port, tls=tls))
         error_log = os.path.join(self._folder, "error.log")
         self._nginx = subprocess.Popen([NGINX, "-c", configuration, "-e", error_log])
         self._wait_until_it_answers()
@@ -120,6 +126,26 @@ class Service:
     def __exit__(self, *exception):
         self._nginx.terminate()
         self._nginx.wait()
+
+    def _make_certificate(self):
+        def openssl(*arguments):
+            subprocess.run(["openssl", *arguments], cwd=self._folder, check=True,
+                           stderr=subprocess.DEVNULL)
+
+        os.makedirs(self.authority_folder)
+        openssl("req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "2", "-subj",
+                "/CN=Sandbox authority", "-keyout", "authority.key", "-out",
+                "authority/authority.pem")
+        openssl("rehash", "authority")
+        openssl("req", "-newkey", "rsa:2048", "-nodes", "-subj", f"/CN={self._certificate_for}",
+                "-keyout", "server.key", "-out", "server.csr")
+        with open(os.path.join(self._folder, "names"), "w", encoding="ascii") as file:
+            file.write(f"subjectAltName=DNS:{self._certificate_for}\n")
+        openssl("x509", "-req", "-in", "server.csr", "-CA", "authority/authority.pem", "-CAkey",
+                "authority.key", "-CAcreateserial", "-days", "2", "-extfile", "names", "-out",
+                "server.pem")
+        return (f" ssl;\n    ssl_certificate {self._folder}/server.pem;\n"
+                f"    ssl_certificate_key {self._folder}/server.key")
 
     def _wait_until_it_answers(self):
         deadline = time.monotonic() + 10

@@ -657,7 +657,9 @@ void TestUpdateRun::downloadFailingUnderAConfirmationIsIgnored()
     QCOMPARE(AnalyticsRecord::actions().last(), QStringLiteral("UninstallReConfirm"));
     if (remove) {
         QTRY_COMPARE(window.wizardPages->currentWidget(), window.uninstallPage);
-        QTRY_VERIFY(!QFile::exists(installation()->installDir() + QStringLiteral("/unins000.exe")));
+        const QProcess *uninstaller = window.findChildren<QProcess *>().constLast();
+        QTRY_COMPARE(uninstaller->state(), QProcess::NotRunning);
+        QVERIFY(!QFile::exists(installation()->installDir() + QStringLiteral("/unins000.exe")));
     } else {
         QVERIFY(!window.isVisible());
     }
