@@ -22,6 +22,7 @@ BUILT_IN = os.path.join(HERE, "..", "..", "Resources", "cfg")
 NGINX = shutil.which("nginx") or "/usr/sbin/nginx"
 
 CONFIGURATION = """
+{user}
 pid {folder}/nginx.pid;
 error_log {folder}/error.log;
 daemon off;
@@ -40,6 +41,10 @@ http {{
   }}
 }}
 """
+
+
+# Started by root, nginx would serve as somebody who may not read root's folders.
+USER = "user root root;" if os.geteuid() == 0 else ""
 
 
 def sample_pictures(kind):
@@ -117,7 +122,7 @@ class Service:
         configuration = os.path.join(self._folder, "nginx.conf")
         tls = self._make_certificate() if self._certificate_for else ""
         with open(configuration, "w", encoding="utf-8") as file:
-            file.write(CONFIGURATION.format(folder=self._folder, port=self._port, tls=tls))
+            file.write(CONFIGURATION.format(user=USER, folder=self._folder, port=self._port, tls=tls))
         error_log = os.path.join(self._folder, "error.log")
         self._nginx = subprocess.Popen([NGINX, "-c", configuration, "-e", error_log])
         self._wait_until_it_answers()

@@ -71,8 +71,11 @@ public:
     {
         while (m_clock.elapsed() < limitMs + startMs) {
             QTest::qWait(20);
-            if (AnalyticsRecord::actions().contains(QStringLiteral("UninstallPopUp")))
-                return m_clock.elapsed();
+            if (AnalyticsRecord::actions().contains(QStringLiteral("UninstallPopUp"))) {
+                const qint64 time = m_clock.elapsed();
+                qInfo("the main window came after %lld ms", time);
+                return time;
+            }
         }
         return -1;
     }

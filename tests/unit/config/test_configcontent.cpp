@@ -17,6 +17,7 @@ private Q_SLOTS:
     void languageComesFromTheInstallation();
     void readDocument_data();
     void readDocument();
+    void hugeDocumentIsRead();
     void jsonString_data();
     void jsonString();
     void objectListSkipsWhatIsNoObject();
@@ -115,6 +116,18 @@ void TestConfigContent::readDocument()
     QTEST(document.toJson(QJsonDocument::Compact), "compact");
     QVERIFY(Config::readDocument(sandbox.path(QStringLiteral("none"))).isNull());
     QVERIFY(Config::readDocument(sandbox.path(QString())).isNull()); // a folder
+}
+
+void TestConfigContent::hugeDocumentIsRead()
+{
+    const Sandbox sandbox(Sandbox::Content::Nothing);
+    QByteArray content = "{\"list\": [{}";
+    while (content.size() < 8 * 1024 * 1024)
+        content += ", {\"name\": \"" + QByteArray(1000, 'x') + "\"}";
+    sandbox.writeFile(QStringLiteral("document.cfg"), content + "]}");
+    const QJsonObject document =
+        Config::readDocument(sandbox.path(QStringLiteral("document.cfg"))).object();
+    QVERIFY(Config::jsonObjectList(document, QStringLiteral("list")).size() > 8000);
 }
 
 void TestConfigContent::jsonString_data()
