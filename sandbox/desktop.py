@@ -92,6 +92,8 @@ class Application:
         # Not before the desktop is there: importing it looks for the bus.
         import pyatspi  # pylint: disable=import-outside-toplevel
         self._pyatspi = pyatspi
+        # Starts the accessibility registry. A program that is started before it is not seen.
+        pyatspi.Registry.getDesktop(0).get_child_count()
         self._log = open(log, "wb")
         self.process = subprocess.Popen(command, env=environment, stdin=subprocess.DEVNULL,
                                         stdout=self._log, stderr=subprocess.STDOUT)
@@ -103,8 +105,11 @@ class Application:
         self._log.close()
 
     def _root(self):
-        for application in self._pyatspi.Registry.getDesktop(0):
+        desktop = self._pyatspi.Registry.getDesktop(0)
+        desktop.clear_cache()  # what was seen before may be gone, and the news of it late
+        for application in desktop:
             if application and application.get_process_id() == self.process.pid:
+                application.clear_cache()
                 return application
         return None
 
