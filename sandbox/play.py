@@ -381,6 +381,8 @@ def play_silent_server(story):
             splash = time.monotonic() - started
             program.wait_for("radio button", "Other", seconds=15)
             took = time.monotonic() - started
+            time.sleep(0.5)
+            gone = program.find("push button", "Close", window="SplashWindow") is None
             program.press("push button", "Cancel")
             pressed = time.monotonic()
             code = program.wait_for_exit()
@@ -389,6 +391,7 @@ def play_silent_server(story):
             program.close()
     story.expect_equal(code, 0, "the program ended with exit code 0")
     story.expect(splash < 3, f"the splash came at once ({splash:.1f} s)")
+    story.expect(gone, "the splash went when the main window had come")
     story.expect(10 <= took < 13, f"the main window came after ten seconds ({took:.1f} s)")
     story.expect(ending < 2, f"the program ended promptly ({ending:.1f} s)")
     story.expect_equal(silent.connections(), 1, "it had tried the server")
