@@ -15,6 +15,7 @@ import shutil
 import signal
 import socket
 import subprocess
+import sys
 import time
 
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -180,12 +181,11 @@ def main():
     parser.add_argument("--port", type=int, default=8846)
     parser.add_argument("--folder", required=True)
     arguments = parser.parse_args()
+    for end in (signal.SIGINT, signal.SIGTERM):
+        signal.signal(end, lambda *_: sys.exit(0))
     with Service(arguments.folder, port=arguments.port) as service:
         print(f"Serving on {service.url}", flush=True)
-        try:
-            signal.pause()
-        except KeyboardInterrupt:
-            pass
+        signal.pause()
 
 
 if __name__ == "__main__":
