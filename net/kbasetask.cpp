@@ -137,7 +137,7 @@ void KBaseTask::followRedirect(const QUrl &target)
 
 /// A connection that is lost in the middle of a large body is, now and then, not reported as an
 /// error. No length is known of a compressed body.
-bool KBaseTask::isWhole() const
+bool KBaseTask::isWhole()
 {
     const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
     return !length.isValid() || m_bytesRead + m_reply->bytesAvailable() >= length.toLongLong();

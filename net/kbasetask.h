@@ -79,9 +79,12 @@ protected:
     QNetworkAccessManager *manager() const { return m_manager; }
     const QNetworkRequest &request() const { return m_request; }
 
+    /// Whether all of an answer that ended without an error has arrived, and where it belongs. An
+    /// answer that is not whole counts as failed.
+    virtual bool isWhole();
+
 private:
     void followRedirect(const QUrl &target);
-    bool isWhole() const;
 
     QNetworkAccessManager *const m_manager;
     QNetworkRequest m_request;

@@ -27,7 +27,7 @@ void KGetFileTask::onRedirected()
     // What has been written is the body of the redirecting answer.
     m_file.flush();
     m_file.close();
-    m_file.open(QIODevice::WriteOnly);
+    m_hasWriteError = !m_file.open(QIODevice::WriteOnly);
     m_file.resize(0);
 }
 
@@ -39,5 +39,13 @@ void KGetFileTask::onSucceeded()
 
 void KGetFileTask::onReadyRead()
 {
-    m_file.write(readAll());
+    const QByteArray bytes = readAll();
+    if (m_file.write(bytes) != bytes.size())
+        m_hasWriteError = true;
+}
+
+bool KGetFileTask::isWhole()
+{
+    // A full disk may show only now.
+    return KBaseTask::isWhole() && m_file.flush() && !m_hasWriteError;
 }

@@ -22,7 +22,9 @@ protected:
     void onRedirected() override;
     void onSucceeded() override;
     void onReadyRead() override;
+    bool isWhole() override;
 
 private:
     QFile m_file;
+    bool m_hasWriteError = false;
 };

@@ -69,6 +69,14 @@ void ConfigDownloader::taskFinished()
     QTextStream stream(&file);
     stream.setCodec("UTF-8");
     stream << document.toJson();
+    stream.flush();
+    if (stream.status() != QTextStream::Ok || !file.flush()) {
+        // A part of a document would be taken for the whole of it.
+        file.close();
+        file.remove();
+        Q_EMIT finished();
+        return;
+    }
 
     checkItems();
 }
@@ -113,6 +121,15 @@ void ConfigDownloader::addItem(const QString &fileName, const QString &link)
     m_items.append(item);
 }
 
+bool ConfigDownloader::isTargetInUse(const DownloadItem *waiting) const
+{
+    // Two links under one name would write into one temporary file.
+    return std::any_of(m_items.cbegin(), m_items.cend(), [waiting](const DownloadItem *item) {
+        return item->state() == DownloadItem::State::Running &&
+               item->fileNames().constFirst() == waiting->fileNames().constFirst();
+    });
+}
+
 void ConfigDownloader::checkItems()
 {
     int running = 0;
@@ -124,7 +141,7 @@ void ConfigDownloader::checkItems()
     }
 
     for (int i = m_items.size() - 1; i >= 0 && running < maxRunning; --i) {
-        if (m_items.at(i)->state() != DownloadItem::State::Waiting)
+        if (m_items.at(i)->state() != DownloadItem::State::Waiting || isTargetInUse(m_items.at(i)))
             continue;
         if (!m_items.at(i)->start()) {
             m_items.removeAt(i);

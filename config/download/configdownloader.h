@@ -49,6 +49,8 @@ public Q_SLOTS:
     void checkItems();
 
 private:
+    bool isTargetInUse(const DownloadItem *waiting) const;
+
     std::unique_ptr<KBaseTask> m_task;
     QString m_link;
     QList<DownloadItem *> m_items; ///< waiting and running ones; all items are children of this

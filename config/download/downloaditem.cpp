@@ -30,7 +30,7 @@ bool DownloadItem::start()
 
 void DownloadItem::abort()
 {
-    if (m_task)
+    if (state() == State::Running)
         m_task->abort();
 }
 

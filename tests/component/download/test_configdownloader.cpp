@@ -143,6 +143,8 @@ private Q_SLOTS:
     void keepsThePreviousDocumentWhenTheDownloadFails();
     void endsAtOnceWhenOffline();
     void skipsThePicturesWhenTheDocumentCannotBeWritten();
+    void leavesNoPartOfADocumentWhenTheDiskIsFull();
+    void twoLinksUnderOneNameDoNotMix();
     void finishesAtOnceWithoutPictures();
 
     void collectsPicturesUnderTheNamesThePagesLookFor_data();
@@ -364,6 +366,40 @@ void TestConfigDownloader::skipsThePicturesWhenTheDocumentCannotBeWritten()
     QTest::qWait(10);
     QCOMPARE(finished.count(), 1);
     QCOMPARE(m_server->paths(), QStringList(documentPath));
+}
+
+void TestConfigDownloader::leavesNoPartOfADocumentWhenTheDiskIsFull()
+{
+    // A file that opens and takes nothing.
+    QVERIFY(QFile::link(QStringLiteral("/dev/full"), Config::configFilePath()));
+    m_server->answer(QStringLiteral("/a.png"), Answer::ok("picture"));
+    serve(document({listed({product(1, link(QStringLiteral("/a.png")))})}, plainOption()));
+    ConfigDownloader downloader;
+    QSignalSpy finished(&downloader, &ConfigDownloader::finished);
+    downloader.start();
+    QVERIFY(finished.wait());
+    QCOMPARE(m_server->paths(), QStringList(documentPath));
+    QVERIFY(!QFile::exists(Config::configFilePath())); // the built-in one will be used
+}
+
+void TestConfigDownloader::twoLinksUnderOneNameDoNotMix()
+{
+    const QByteArray first(300000, '1');
+    const QByteArray second(300000, '2');
+    m_server->answer(QStringLiteral("/first.png"), Answer::ok(first));
+    m_server->answer(QStringLiteral("/second.png"), Answer::ok(second).delayed(20));
+    m_server->answer(QStringLiteral("/missing.png"), Answer::error(404));
+    serve(document({listed({product(1, link(QStringLiteral("/missing.png"))),
+                            product(1, link(QStringLiteral("/first.png"))),
+                            product(1, link(QStringLiteral("/second.png")))})},
+                   plainOption()));
+    ConfigDownloader downloader;
+    QSignalSpy finished(&downloader, &ConfigDownloader::finished);
+    downloader.start();
+    QVERIFY(finished.wait());
+    QCOMPARE(m_server->mostOpenRequests(), 1); // one after the other
+    QCOMPARE(Sandbox::readFile(image(QStringLiteral("pid_1.png"))), first);
+    QCOMPARE(images(), QStringList(QStringLiteral("pid_1.png")));
 }
 
 void TestConfigDownloader::finishesAtOnceWithoutPictures()

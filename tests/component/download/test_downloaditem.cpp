@@ -31,6 +31,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
+    void keepsThePreviousPictureWhenTheDiskIsFull();
     void waitsUntilItIsStarted();
     void savesThePictureUnderItsName_data();
     void savesThePictureUnderItsName();
@@ -189,6 +190,22 @@ void TestDownloadItem::replacesAPreviousPictureOnceTheNewOneIsWhole()
     QVERIFY(finished.wait());
     QCOMPARE(Sandbox::readFile(image(name)), QByteArray("picture"));
     QCOMPARE(Sandbox::readFile(image(other)), QByteArray("picture"));
+}
+
+void TestDownloadItem::keepsThePreviousPictureWhenTheDiskIsFull()
+{
+    QFile previous(image(QStringLiteral("pid_1.png")));
+    QVERIFY(previous.open(QIODevice::WriteOnly));
+    previous.write("previous picture");
+    previous.close();
+    // A file that opens and takes nothing.
+    QVERIFY(QFile::link(QStringLiteral("/dev/full"), image(QStringLiteral("pid_1.png.~tmp"))));
+    m_server->answer(QStringLiteral("/a.png"), Answer::ok("picture"));
+    const auto item = this->item({QStringLiteral("pid_1.png")});
+    QSignalSpy finished(item.get(), &DownloadItem::finished);
+    QVERIFY(item->start());
+    QVERIFY(finished.wait());
+    QCOMPARE(Sandbox::readFile(image(QStringLiteral("pid_1.png"))), QByteArray("previous picture"));
 }
 
 void TestDownloadItem::overwritesAStrayTemporaryFile()
