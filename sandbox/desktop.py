@@ -142,14 +142,16 @@ class Application:
         raise AssertionError(f"no {role} {name!r} within {seconds} s")
 
     def press(self, role, name=None, window=None):
-        """Performs the object's own press or toggle action."""
-        node = self.wait_for(role, name, window=window)
-        actions = node.queryAction()
-        for wanted in ("Toggle", "Press"):
+        """Performs the object's own press or toggle action, once it is enabled."""
+        deadline = time.monotonic() + 15
+        while time.monotonic() < deadline:
+            node = self.wait_for(role, name, window=window)
+            actions = node.queryAction()
             for i in range(actions.nActions):
-                if actions.getName(i) == wanted:
+                if actions.getName(i) in ("Toggle", "Press"):
                     actions.doAction(i)
                     return node
+            time.sleep(0.1)
         raise AssertionError(f"{role} {name!r} cannot be pressed")
 
     def place(self, role, name):

@@ -532,7 +532,31 @@ def play_https_wrong_name(story):
     refused_certificate(story, "other.host.example", trusted=True)
 
 
-STORIES = {"http-proxy": play_http_proxy, "socks-proxy": play_socks_proxy, "https": play_https,
+def play_failures(story):
+    """A check that fails, then a removal that cannot start: both said in words that can be read."""
+    with open(story.path("Feed/check.json"), "w", encoding="utf-8") as answer:
+        answer.write('{"errcode": "7"}')
+    os.remove(os.path.join(story.install_dir, "unins000.dat"))
+    program = story.start()
+    try:
+        program.press("radio button", "My version is out of date")
+        program.press("push button", "  Get latest version  ")
+        program.wait_for("label", "Failed to check update!")
+        story.picture("message")
+        program.press("push button", "OK")
+        program.press("push button", "Continue")
+        program.press("push button", "Remove")
+        program.wait_for("label", "Uninstall Failed")
+        story.picture("failed")
+        program.press("push button", "Close")
+        code = program.wait_for_exit()
+    finally:
+        program.close()
+    story.expect_equal(code, 0, "the program ended with exit code 0")
+    story.expect_equal(story.lines("Received/uninstaller.txt"), [], "nothing was started")
+
+
+STORIES = {"failures": play_failures, "http-proxy": play_http_proxy, "socks-proxy": play_socks_proxy, "https": play_https,
            "https-unknown-authority": play_https_unknown_authority,
            "https-wrong-name": play_https_wrong_name, "closed-splash": play_closed_splash, "closed-splash-by-keys": play_closed_splash_by_keys,
            "silent-server": play_silent_server, "german": play_german, "arabic": play_arabic,

@@ -10,6 +10,9 @@ BaseWindow::BaseWindow(QWidget *parent)
 {
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
     setAttribute(Qt::WA_TranslucentBackground);
+    // Made as a child of a disabled window, it was disabled with it. Its own children would tell
+    // assistive technology so while they are half built, and be taken for nameless boxes for good.
+    setEnabled(true);
 }
 
 bool BaseWindow::refuseUsersClose(QCloseEvent *event)
