@@ -92,7 +92,7 @@ Norvane Technology でエンジニアをしている Arlen です。私たちは
     </message>
     <message>
         <source>Can you tell me why you want to uninstall?</source>
-        <translation>アンインストールの理由をお聞かせください</translation>
+        <translation>アンインストールの理由は何ですか？</translation>
     </message>
     <message>
         <source>It crashed or frozen on my computer.</source>

@@ -40,7 +40,7 @@
     </message>
     <message>
         <source>Failed to download the update.</source>
-        <translation>Não foi possível obter a atualização.</translation>
+        <translation>Não foi possível baixar a atualização.</translation>
     </message>
     <message>
         <source>Install failed.</source>

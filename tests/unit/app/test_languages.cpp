@@ -2,6 +2,8 @@
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
 
+#include <QtCore/QTemporaryDir>
+#include <QtCore/QTranslator>
 #include <QtTest/QTest>
 
 class TestLanguages : public TestCase
@@ -14,6 +16,9 @@ private Q_SLOTS:
     void fileOfARequestedLanguage();
     void fileOfTheInstallationsLanguage();
     void missingIniGivesEnglish();
+    void catalogueTranslates_data();
+    void catalogueTranslates();
+    void sourceTextsShowWithoutACatalogue();
 };
 
 void TestLanguages::catalogueCode_data()
@@ -81,6 +86,46 @@ void TestLanguages::missingIniGivesEnglish()
     const Sandbox sandbox(Sandbox::Content::Nothing);
     QCOMPARE(Languages::translatorFileName(QString()),
              QStringLiteral(":/Resources/lang/kuninstaller_en.qm"));
+}
+
+void TestLanguages::catalogueTranslates_data()
+{
+    QTest::addColumn<QString>("installerCode");
+    QTest::addColumn<QString>("done");
+    const char *table[][2] = {
+        {"ENG", "Done"},    {"SWE", "Klar"},   {"CHT", "完成"},     {"ZHH", "完成"},
+        {"ESP", "Listo"},   {"DEU", "Fertig"}, {"FRA", "Terminer"}, {"ITA", "Fine"},
+        {"JPN", "完了"},    {"KOR", "완료"},   {"PTG", "Concluir"}, {"RUS", "Готово"},
+        {"ARG", "تم"},      {"NLD", "Gereed"}, {"PLK", "Gotowe"},   {"ROM", "Gata"},
+        {"IDN", "Selesai"}, {"CHS", "Done"},   {"", "Done"}};
+    for (const auto &row : table)
+        QTest::addRow("\"%s\"", row[0]) << QString::fromLatin1(row[0]) << QString::fromUtf8(row[1]);
+}
+
+void TestLanguages::catalogueTranslates()
+{
+    QFETCH(QString, installerCode);
+    const Sandbox sandbox; // for the empty code, which asks for the installation's language
+    QTranslator translator;
+    QVERIFY(translator.load(Languages::translatorFileName(installerCode)));
+    QCoreApplication::installTranslator(&translator);
+    QTEST(QCoreApplication::translate("UninstallPage", "Done"), "done");
+}
+
+void TestLanguages::sourceTextsShowWithoutACatalogue()
+{
+    const QTemporaryDir folder;
+    const QString damaged = folder.filePath(QStringLiteral("kuninstaller_de.qm"));
+    QVERIFY(QFile::copy(Languages::translatorFileName(QStringLiteral("DEU")), damaged));
+    QVERIFY(QFile::setPermissions(damaged, QFile::ReadOwner | QFile::WriteOwner));
+    QVERIFY(QFile::resize(damaged, 8));
+    const QString missing = folder.filePath(QStringLiteral("kuninstaller_none.qm"));
+    for (const QString &file : {missing, damaged}) {
+        QTranslator translator;
+        QVERIFY(!translator.load(file));
+        QCoreApplication::installTranslator(&translator);
+        QCOMPARE(QCoreApplication::translate("UninstallPage", "Done"), QStringLiteral("Done"));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestLanguages)
