@@ -1,5 +1,6 @@
 #!/usr/bin/python3
-"""The translation catalogues: whole, in step with the sources, and in the language they claim."""
+"""The translation catalogues: whole, in step with the sources, and in the language they claim.
+The glossary for translators says what they say."""
 
 import collections
 import json
@@ -106,6 +107,19 @@ class Catalogues(unittest.TestCase):
             held = {(context, source) for context, source, _ in messages(catalogue(code))}
             self.assertEqual(wanted - held, set(), f"missing in {code}")
             self.assertEqual(held - wanted, set(), f"in no source, but in {code}")
+
+
+class Glossary(unittest.TestCase):
+    def test_terms_are_those_of_the_catalogues(self):
+        """Each term occurs in its language's catalogue, its last letters inflected or not."""
+        text = (RESOURCES.parent / "docs" / "translating.md").read_text(encoding="utf-8")
+        rows = re.findall(r"^\| `(\w+)` \| (.*) \|$", text[text.index("## Glossary"):], re.MULTILINE)
+        self.assertEqual([code for code, _ in rows], CODES + CODES)
+        for code, row in rows:
+            texts = " ".join(element.text for _, _, element in messages(catalogue(code))).lower()
+            unknown = [term for term in row.split(" | ")
+                       if term.lower()[:max(2, len(term) - 3)] not in texts]
+            self.assertEqual(unknown, [], code)
 
 
 class TraditionalChinese(unittest.TestCase):
