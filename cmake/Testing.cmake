@@ -1,8 +1,8 @@
 # clipwright_test(<name> SOURCES <file>... [LINKS <lib>...] [LABELS <label>...] [TIMEOUT <s>]
-#                 [SERIAL])
+#                 [SERIAL] [VARIANTS <suffix>:<variable>=<value>[|<variable>=<value>]...]
 #
-# One Qt Test executable, run offscreen. A warning that the test did not announce with
-# QTest::ignoreMessage() fails it.
+# One Qt Test executable, run offscreen; once, or once for each variant with its environment. A
+# warning that the test did not announce with QTest::ignoreMessage() fails it.
 set(CLIPWRIGHT_TEST_ENVIRONMENT
   QT_QPA_PLATFORM=offscreen
   QT_LOGGING_RULES=qt.qpa.*=false
@@ -11,17 +11,28 @@ set(CLIPWRIGHT_TEST_ENVIRONMENT
   UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1)
 
 function(clipwright_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "SERIAL" "TIMEOUT" "SOURCES;LINKS;LABELS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "SERIAL" "TIMEOUT" "SOURCES;LINKS;LABELS;VARIANTS")
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 60)
   endif()
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE ${arg_LINKS} test_support Qt5::Test clipwright_flags)
-  add_test(NAME ${name} COMMAND ${name})
-  set_tests_properties(${name} PROPERTIES
-    ENVIRONMENT "${CLIPWRIGHT_TEST_ENVIRONMENT}"
-    FAIL_REGULAR_EXPRESSION "QWARN;QCRITICAL;QFATAL"
-    LABELS "${arg_LABELS}"
-    RUN_SERIAL "${arg_SERIAL}"
-    TIMEOUT ${arg_TIMEOUT})
+  if(NOT arg_VARIANTS)
+    set(arg_VARIANTS ":")
+  endif()
+  foreach(variant IN LISTS arg_VARIANTS)
+    string(REGEX MATCH "^([^:]*):(.*)$" unused "${variant}")
+    set(test ${name})
+    if(CMAKE_MATCH_1)
+      set(test ${name}_${CMAKE_MATCH_1})
+    endif()
+    string(REPLACE "|" ";" environment "${CMAKE_MATCH_2}")
+    add_test(NAME ${test} COMMAND ${name})
+    set_tests_properties(${test} PROPERTIES
+      ENVIRONMENT "${CLIPWRIGHT_TEST_ENVIRONMENT};${environment}"
+      FAIL_REGULAR_EXPRESSION "QWARN;QCRITICAL;QFATAL"
+      LABELS "${arg_LABELS}"
+      RUN_SERIAL "${arg_SERIAL}"
+      TIMEOUT ${arg_TIMEOUT})
+  endforeach()
 endfunction()

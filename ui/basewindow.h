@@ -12,6 +12,10 @@ class BaseWindow : public QWidget
 public:
     explicit BaseWindow(QWidget *parent);
 
+    /// Makes the window as wide and high as its texts need, should they need more than it has: a
+    /// layout alone knows no bounds for texts that wrap. To be called before it is shown.
+    void growToTexts();
+
 protected:
     /// For windows whose closing is decided by their owner: refuses a close that comes from the
     /// window system and returns whether it was one.

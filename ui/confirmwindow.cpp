@@ -18,6 +18,11 @@ ConfirmWindow::ConfirmWindow(QWidget *parent)
     btnCancel->setObjectName(QStringLiteral("PrimaryBtn"));
     btnRemove->setObjectName(QStringLiteral("SecondaryBtn"));
     Look::setWrappedText(checkBox, checkBox->text(), checkBoxTextWidth);
+    // Their least width hides what their texts need.
+    for (QPushButton *button : {btnRemove, btnCancel}) {
+        button->ensurePolished();
+        button->setMinimumWidth(qMax(button->minimumWidth(), button->sizeHint().width()));
+    }
     resize(320, 320);
 
     connect(btnCancel, &QPushButton::clicked, this, [this] { Q_EMIT closed(0); });

@@ -44,7 +44,7 @@ OptionPage::OptionPage(QWidget *parent, const QList<QJsonObject> &options)
     fill(options);
 
     textEdit->setPlaceholderText(tr("Please describe the problem you encountered."));
-    textEdit->setProperty(textProperty, QString());
+    keepText();
 
     connect(btnNext, &QPushButton::clicked, this,
             [this] { Analytics::reportRetainClick(feedbackState()); });
@@ -180,8 +180,15 @@ void OptionPage::limitTextLength()
         textEdit->setTextCursor(cursor);
         return;
     }
-    textEdit->setProperty(textProperty, text);
+    keepText();
     Look::refreshStyle(textEdit);
+}
+
+void OptionPage::keepText()
+{
+    // Empty, but never null: the style sheet's selectors pass over null values.
+    const QString text = textEdit->toPlainText();
+    textEdit->setProperty(textProperty, text.isNull() ? QStringLiteral("") : text);
 }
 
 Analytics::FeedbackState OptionPage::feedbackState() const

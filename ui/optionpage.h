@@ -35,6 +35,7 @@ private:
     void moveTextBoxBelow(QRadioButton *reason);
     void showOffer(const QJsonObject &option);
     void limitTextLength();
+    void keepText();
     Analytics::FeedbackState feedbackState() const;
 
     QString m_chosenValue;

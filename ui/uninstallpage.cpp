@@ -13,6 +13,7 @@
 #include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtGui/QDesktopServices>
+#include <QtWidgets/QStyle>
 
 #include <limits>
 
@@ -203,8 +204,18 @@ void UninstallPage::setPicture(const char *name)
 
 void UninstallPage::setArrow(const char *state)
 {
+    const QString direction =
+        isRightToLeft() ? QStringLiteral("Arrow_rtl") : QStringLiteral("Arrow");
     imgArrow->setStyleSheet(Look::pictureStyle(
-        QStringLiteral(":/Resources/light/Arrow_%1_2x.png").arg(QLatin1String(state))));
+        QStringLiteral(":/Resources/light/%1_%2_2x.png").arg(direction, QLatin1String(state))));
+}
+
+void UninstallPage::placeArrow()
+{
+    QRect place = imgArrow->rect();
+    place.moveTo(btnProduct->width() - imgArrow->width(),
+                 (btnProduct->height() - imgArrow->height()) / 2 + 1);
+    imgArrow->setGeometry(QStyle::visualRect(layoutDirection(), btnProduct->rect(), place));
 }
 
 bool UninstallPage::eventFilter(QObject *watched, QEvent *event)
@@ -226,8 +237,7 @@ bool UninstallPage::eventFilter(QObject *watched, QEvent *event)
                 setArrow("normal");
             break;
         case QEvent::Resize:
-            imgArrow->move(btnProduct->width() - imgArrow->width(),
-                           (btnProduct->height() - imgArrow->height()) / 2 + 1);
+            placeArrow();
             break;
         default:
             break;

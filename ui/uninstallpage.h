@@ -58,6 +58,7 @@ private:
     void leave();
     void setPicture(const char *name);
     void setArrow(const char *state);
+    void placeArrow();
 
     QElapsedTimer m_clock;
     QTimer *m_tickTimer;

@@ -159,8 +159,9 @@ void MainWindow::waitOverDimmedWindow(QEventLoop &loop)
     m_overlay->hide();
 }
 
-void MainWindow::centre(QWidget &dialog) const
+void MainWindow::centre(BaseWindow &dialog) const
 {
+    dialog.growToTexts();
     QRect place = dialog.rect();
     place.moveCenter(geometry().center());
     dialog.move(place.topLeft());

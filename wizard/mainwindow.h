@@ -53,7 +53,7 @@ private:
 
     /// Runs the loop, until an answer quits it, with the dimming layer shown.
     void waitOverDimmedWindow(QEventLoop &loop);
-    void centre(QWidget &dialog) const;
+    void centre(BaseWindow &dialog) const;
 
     QWidget *m_overlay = nullptr;
     QProcess *m_installProcess = nullptr;

@@ -1,0 +1,74 @@
+#include "gallery/surfaces.h"
+#include "tests/component/surfaces/layoutwalk.h"
+#include "tests/support/interfacelanguage.h"
+#include "tests/support/linkcatcher.h"
+#include "tests/support/lookapplied.h"
+#include "tests/support/sandbox.h"
+#include "tests/support/testcase.h"
+
+#include <QtTest/QTest>
+#include <QtWidgets/QWidget>
+
+Q_DECLARE_METATYPE(Gallery::Surface)
+
+// One language and one scale factor in a process: the configuration document is read once, and the
+// scale factor comes from the environment.
+class TestSurfaces : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyTextFits_data();
+    void everyTextFits();
+    void everythingSpeaks_data();
+    void everythingSpeaks();
+
+private:
+    void addSurfaces();
+
+    // From the start on: the surfaces are listed in the installation's language.
+    const Sandbox m_sandbox;
+    const LookApplied m_look;
+    const LinkCatcher m_links;
+    const InterfaceLanguage m_language{
+        *m_sandbox.operator->(),
+        qEnvironmentVariable("CLIPWRIGHT_TEST_LANGUAGE", QStringLiteral("ENG"))};
+};
+
+void TestSurfaces::addSurfaces()
+{
+    QTest::addColumn<Gallery::Surface>("surface");
+    const QList<Gallery::Surface> surfaces = Gallery::surfaces();
+    QVERIFY(surfaces.size() > 20);
+    for (const Gallery::Surface &surface : surfaces)
+        QTest::newRow(qPrintable(surface.name)) << surface;
+}
+
+void TestSurfaces::everyTextFits_data()
+{
+    addSurfaces();
+}
+
+void TestSurfaces::everyTextFits()
+{
+    QFETCH(const Gallery::Surface, surface);
+    const std::unique_ptr<QWidget> window = surface.show();
+    const QStringList complaints = layoutComplaints(*window);
+    QVERIFY2(complaints.isEmpty(), complaints.join(QLatin1Char('\n')).toUtf8().constData());
+}
+
+void TestSurfaces::everythingSpeaks_data()
+{
+    addSurfaces();
+}
+
+void TestSurfaces::everythingSpeaks()
+{
+    QFETCH(const Gallery::Surface, surface);
+    const std::unique_ptr<QWidget> window = surface.show();
+    const QStringList complaints = accessibilityComplaints(*window);
+    QVERIFY2(complaints.isEmpty(), complaints.join(QLatin1Char('\n')).toUtf8().constData());
+}
+
+QTEST_MAIN(TestSurfaces)
+#include "test_surfaces.moc"
