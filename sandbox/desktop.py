@@ -49,13 +49,21 @@ class Desktop:
         """Saves what the whole screen shows."""
         subprocess.run(["import", "-window", "root", file], check=True)
 
-
     @staticmethod
     def press_keys(title, keys):
         """Presses keys, for example "alt+F4", in the window of a title."""
         window = subprocess.run(["xdotool", "search", "--sync", "--onlyvisible", "--name", title],
                                 check=True, stdout=subprocess.PIPE, encoding="ascii").stdout.split()[0]
         subprocess.run(["xdotool", "windowfocus", "--sync", window, "key", keys], check=True)
+
+    @staticmethod
+    def type_keys(*keys):
+        """Presses keys in whatever window has the keyboard."""
+        subprocess.run(["xdotool", "key", *keys], check=True)
+
+    @staticmethod
+    def type_text(text):
+        subprocess.run(["xdotool", "type", "--delay", "20", text], check=True)
 
 
 class Listener:
@@ -153,6 +161,41 @@ class Application:
                     return node
             time.sleep(0.1)
         raise AssertionError(f"{role} {name!r} cannot be pressed")
+
+    def focused(self):
+        """Role and name of the object that has the keyboard, or None."""
+        def has_keyboard(node):
+            return (node.getState().contains(self._pyatspi.STATE_FOCUSED)
+                    and node.getState().contains(self._pyatspi.STATE_SHOWING))
+
+        try:
+            for top in self._root() or []:
+                found = self._pyatspi.findDescendant(top, has_keyboard)
+                if found:
+                    return found.getRoleName(), found.name
+            return None
+        except Exception:  # the tree changes while it is walked; the caller looks again
+            return None
+
+    def wait_for_focus(self, role, name, seconds=5):
+        deadline = time.monotonic() + seconds
+        while self.focused() != (role, name):
+            if time.monotonic() > deadline:
+                raise AssertionError(f"{role} {name!r} has not the keyboard but {self.focused()}")
+            time.sleep(0.05)
+
+    def tab_to(self, role, name):
+        """Presses Tab until an object has the keyboard; returns what had it on the way."""
+        way = []
+        while self.focused() != (role, name):
+            assert len(way) < 40, f"Tab does not lead to {role} {name!r} but to {way}"
+            before = self.focused()
+            Desktop.type_keys("Tab")
+            deadline = time.monotonic() + 3
+            while self.focused() in (before, None) and time.monotonic() < deadline:
+                time.sleep(0.05)
+            way.append(self.focused())
+        return way
 
     def place(self, role, name):
         """Where an object is on the screen."""

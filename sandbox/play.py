@@ -215,6 +215,76 @@ def play_uninstall(story):
                        "the analytics session was opened, described and closed")
 
 
+def play_keyboard(story):
+    """A whole uninstall without a mouse: Tab, arrows, Space and Enter only."""
+    program = story.start()
+    try:
+        program.wait_for("push button", "Cancel")
+        program.wait_for_focus("filler", "What made you decide to uninstall?")
+        first, second = "The full version costs too much for me", "A feature I need is missing"
+        way = program.tab_to("radio button", first)
+        story.expect_equal(len(way), 1, "Tab leads to the first reason at once")
+        Desktop.type_keys("space")
+        program.wait_for("push button", "  Get 30% off  ")
+        Desktop.type_keys("Down")
+        # The arrows browse the reasons; the text box waits for Tab.
+        program.wait_for_focus("radio button", second)
+        Desktop.type_keys("Tab")
+        program.wait_for_focus("text", "Describe the problem")
+        Desktop.type_text("No keyframes")
+        story.picture("reason-by-keys")
+        way = program.tab_to("push button", "Continue")
+        story.expect_equal(way[-1], ("push button", "Continue"), "Tab leads out of the text box")
+        Desktop.type_keys("Return")
+
+        program.wait_for_focus("push button", "Cancel")
+        way = program.tab_to("check box", "Remove all the effect resource files")
+        story.expect_equal([name for _, name in way],
+                           ["Remove", "Remove all the effect resource files"],
+                           "the safe answer has the keyboard first, then come the others")
+        Desktop.type_keys("space", "space")  # ticked and unticked
+        story.picture("confirmation-by-keys")
+        program.tab_to("push button", "Remove")
+        Desktop.type_keys("Return")
+
+        program.wait_for("label", "Thanks for your feedback! Uninstalling...")
+        heard = set()
+        deadline = time.monotonic() + 45
+        while not program.find("label", "Successfully uninstalled"):
+            assert time.monotonic() < deadline, "no success in 45 s"
+            _, name = program.focused() or (None, "")
+            heard.add(name)
+            time.sleep(0.2)
+        for seconds in (20, 10):
+            story.expect("Thanks for your feedback! Uninstalling... "
+                         f"Time remaining: About {seconds} seconds" in heard,
+                         f"{seconds} seconds left were read aloud")
+
+        program.wait_for_focus("text", "Email address")
+        Desktop.type_text("robin@mail.test")
+        story.picture("address-by-keys")
+        Desktop.type_keys("Return")
+        program.wait_for_focus("filler", "More Apps You Might Like")
+        program.tab_to(TAB, "All")
+        Desktop.type_keys("Down", "Down", "Down")
+        program.wait_for_focus(TAB, "Utility")
+        program.wait_for("label", "Utility")
+        program.tab_to("push button", "Close")
+        story.picture("products-by-keys")
+        Desktop.type_keys("Return")
+        code = program.wait_for_exit()
+    finally:
+        program.close()
+
+    story.expect_equal(code, 0, "the program ended with exit code 0")
+    story.expect_equal(story.lines("Received/uninstaller.txt"), ["/VERYSILENT", "/REINSTALL"],
+                       "the setup uninstaller received exactly its two arguments")
+    story.expect_equal([action for _, action, _ in story.events()],
+                       ["UninstallPopUp", "PopUp_FeedbackClick", "UninstallContinue",
+                        "UninstallReConfirm", "UninstallCompleted", "UninstallCompleted",
+                        "Click_exit"], "the events came in order")
+
+
 def play_resources(story):
     """The same with the effect resources removed, which is the user's choice."""
     program = story.start()
@@ -399,19 +469,19 @@ def play_silent_server(story):
 
 def play_german(story):
     """An installation in German, its document and its interface."""
-    places = play_in_language(story, "DEU", "Abbrechen", "Weiter", "de.cfg", "  30\u00a0% sparen  ")
+    places = in_language(story, "DEU", "Abbrechen", "Weiter", "de.cfg", "  30\u00a0% sparen  ")
     story.expect(places["offer"].x < places["continue"].x < places["cancel"].x,
                  "banner and buttons stand in their usual order")
 
 
 def play_arabic(story):
     """An installation in Arabic: everything is mirrored."""
-    places = play_in_language(story, "ARG", "إلغاء", "متابعة", "ar.cfg", "  احصل على خصم 30%  ")
+    places = in_language(story, "ARG", "إلغاء", "متابعة", "ar.cfg", "  احصل على خصم 30%  ")
     story.expect(places["cancel"].x < places["continue"].x, "the buttons stand in the other order")
     story.expect(places["continue"].x < places["offer"].x, "the banner stands on the right")
 
 
-def play_in_language(story, installer_code, cancel, proceed, document, offer):
+def in_language(story, installer_code, cancel, proceed, document, offer):
     """Looks at the feedback page in a language; returns where its buttons are."""
     ini = story.path("ProgramData/Norvane Clipwright/Clipwright.ini")
     with open(ini, encoding="utf-8") as file:
@@ -556,12 +626,8 @@ def play_failures(story):
     story.expect_equal(story.lines("Received/uninstaller.txt"), [], "nothing was started")
 
 
-STORIES = {"failures": play_failures, "http-proxy": play_http_proxy, "socks-proxy": play_socks_proxy, "https": play_https,
-           "https-unknown-authority": play_https_unknown_authority,
-           "https-wrong-name": play_https_wrong_name, "closed-splash": play_closed_splash, "closed-splash-by-keys": play_closed_splash_by_keys,
-           "silent-server": play_silent_server, "german": play_german, "arabic": play_arabic,
-           "uninstall": play_uninstall, "resources": play_resources, "cancel": play_cancel,
-           "upgrade": play_upgrade, "stuck-library": play_stuck_library}
+STORIES = {name[len("play_"):].replace("_", "-"): play for name, play in list(globals().items())
+           if name.startswith("play_")}
 
 
 def main():

@@ -56,4 +56,9 @@ void setWrappedText(QAbstractButton *button, const QString &text, int width)
     button->setAccessibleName(text);
 }
 
+void sayStatus(QWidget &page, const QStringList &texts)
+{
+    page.setAccessibleName(texts.join(QLatin1Char(' ')).trimmed());
+}
+
 } // namespace Look

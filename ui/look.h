@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 
 class QAbstractButton;
 class QWidget;
@@ -21,5 +22,9 @@ QString buttonText(const QString &text);
 /// Gives a radio button or check box a text that is broken into lines of at most width pixels,
 /// which buttons do not do by themselves. Screen readers get it in one piece.
 void setWrappedText(QAbstractButton *button, const QString &text, int width);
+
+/// Tells screen readers what a page shows now. The page has the keyboard while nothing on it is to
+/// be done, and a new name of what has the keyboard is read aloud at once: say little.
+void sayStatus(QWidget &page, const QStringList &texts);
 
 } // namespace Look

@@ -45,6 +45,7 @@ OptionPage::OptionPage(QWidget *parent, const QList<QJsonObject> &options)
 
     textEdit->setPlaceholderText(tr("Please describe the problem you encountered."));
     keepText();
+    Look::sayStatus(*this, {lblTitle->text()});
 
     connect(btnNext, &QPushButton::clicked, this,
             [this] { Analytics::reportRetainClick(feedbackState()); });

@@ -2,6 +2,7 @@
 
 #include "analytics/events.h"
 #include "config/content/configcontent.h"
+#include "ui/look.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QVariant>
@@ -115,6 +116,8 @@ void ProductPage::tabButtonClicked(bool checked)
     default:
         break;
     }
+
+    Look::sayStatus(*this, {label_3->text()});
 
     lstProduct->clear();
     const QStringList categories = categoriesOf(m_currentTab);

@@ -54,6 +54,7 @@ UninstallPage::UninstallPage(QWidget *parent, const QList<QJsonObject> &recommen
     imgArrow->resize(24, 24);
     imgArrow->setAttribute(Qt::WA_TransparentForMouseEvents);
     setArrow("disabled");
+    Look::sayStatus(*this, {lblTitle->text()});
 
     setPicture("Uninstalling");
     lstProduct->addProducts(recommended);
@@ -93,6 +94,7 @@ void UninstallPage::fail()
     btnSubscribe->setText(tr("Close"));
     btnClose->setEnabled(true);
     btnProduct->setEnabled(true);
+    sayState();
     Analytics::reportUninstallResult(false);
 }
 
@@ -135,16 +137,28 @@ void UninstallPage::showTimeLeft(qint64 elapsedMs)
     const int range = progressBar->maximum() - progressBar->minimum();
     m_remaining = qMin(m_remaining, UninstallRules::secondsLeft(value, range, elapsedMs));
     label_2->setText(tr("Time remaining: About %1 seconds").arg(m_remaining));
+    const int step = UninstallRules::spokenStep(m_remaining);
+    if (step != m_saidStep) {
+        m_saidStep = step;
+        sayState();
+    }
+}
+
+void UninstallPage::sayState()
+{
+    Look::sayStatus(*this, {lblTitle->text(), label_2->text()});
 }
 
 void UninstallPage::succeed()
 {
     progressBar->hide();
     pnlSubscribe->show();
-    edtEmail->setFocus();
     setPicture("UninstallSuccess");
     lblTitle->setText(tr("Successfully uninstalled"));
     label_2->setText(tr("Subscribe to get the latest updates"));
+    sayState();
+    edtEmail->setAccessibleDescription(accessibleName()); // it takes the keyboard from the page
+    edtEmail->setFocus();
     btnClose->setEnabled(true);
     btnProduct->setEnabled(true);
 }

@@ -53,6 +53,7 @@ private:
     void succeed();
     void stopClock();
     void showTimeLeft(qint64 elapsedMs);
+    void sayState();
     void subscribe();
     void more();
     void leave();
@@ -63,6 +64,7 @@ private:
     QElapsedTimer m_clock;
     QTimer *m_tickTimer;
     qint32 m_remaining = 0;
+    int m_saidStep = -1; ///< of the time left that was last told to screen readers
     QProcess *m_process = nullptr;
     QWidget *imgArrow;
 };

@@ -30,4 +30,10 @@ bool isValidEmail(const QString &address)
     return pattern.match(address).hasMatch();
 }
 
+int spokenStep(qint32 secondsLeft)
+{
+    constexpr qint32 step = 10;
+    return secondsLeft / step + (secondsLeft % step > 0 ? 1 : 0);
+}
+
 } // namespace UninstallRules

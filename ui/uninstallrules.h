@@ -20,4 +20,7 @@ int secondsLeft(int value, int range, qint64 elapsedMs);
 /// Whether the whole text is an address as the subscription takes it.
 bool isValidEmail(const QString &address);
 
+/// Screen readers are told the time left when this changes: every ten seconds, and at its end.
+int spokenStep(qint32 secondsLeft);
+
 } // namespace UninstallRules

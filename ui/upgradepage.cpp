@@ -26,6 +26,7 @@ void UpgradePage::showUpgrading()
     imgUpgrade->setStyleSheet(
         Look::pictureStyle(QStringLiteral(":/Resources/light/Upgrading_2x.png")));
     progressBar->show();
+    sayState();
 }
 
 void UpgradePage::showCompleted()
@@ -37,6 +38,7 @@ void UpgradePage::showCompleted()
         Look::pictureStyle(QStringLiteral(":/Resources/light/UpgradeSuccess_2x.png")));
     progressBar->hide();
     btnClose->show();
+    sayState();
 }
 
 bool UpgradePage::isActionDisabled() const
@@ -48,4 +50,15 @@ bool UpgradePage::isActionDisabled() const
 void UpgradePage::showProgressText()
 {
     label_2->setText(progressBar->text());
+    constexpr int percentASaying = 10;
+    const int step = progressBar->value() / percentASaying;
+    if (step != m_saidStep) {
+        m_saidStep = step;
+        sayState();
+    }
+}
+
+void UpgradePage::sayState()
+{
+    Look::sayStatus(*this, {lblTitle->text(), label_2->text()});
 }

@@ -25,4 +25,7 @@ public:
 
 private:
     void showProgressText();
+    void sayState();
+
+    int m_saidStep = 0; ///< of the progress that was last told to screen readers
 };

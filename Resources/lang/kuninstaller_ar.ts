@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>هل تريد بالتأكيد إزالة Norvane Clipwright؟</translation>
+        <translation>هل تريد بالتأكيد إزالة Norvane Clipwright؟</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>

@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>Möchten Sie Norvane Clipwright wirklich entfernen?</translation>
+        <translation>Möchten Sie Norvane Clipwright wirklich entfernen?</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
@@ -212,7 +212,8 @@ Vielen Dank!</translation>
     </message>
     <message>
         <source>Thanks for your feedback! Uninstalling...</source>
-        <translation>Danke für Ihr Feedback! Deinstallation läuft …</translation>
+        <translation>Danke für Ihr Feedback!
+Deinstallation läuft …</translation>
     </message>
     <message>
         <source>Time remaining: About 15 seconds</source>

@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>¿Seguro que desea quitar Norvane Clipwright?</translation>
+        <translation>¿Seguro que desea quitar Norvane Clipwright?</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
@@ -212,7 +212,8 @@ Esperamos volver a encontrarnos.
     </message>
     <message>
         <source>Thanks for your feedback! Uninstalling...</source>
-        <translation>¡Gracias por sus comentarios! Desinstalando…</translation>
+        <translation>¡Gracias por sus comentarios!
+Desinstalando…</translation>
     </message>
     <message>
         <source>Time remaining: About 15 seconds</source>

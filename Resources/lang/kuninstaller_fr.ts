@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>Voulez-vous vraiment supprimer Norvane Clipwright ?</translation>
+        <translation>Voulez-vous vraiment supprimer Norvane Clipwright ?</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
@@ -212,7 +212,8 @@ Merci encore !</translation>
     </message>
     <message>
         <source>Thanks for your feedback! Uninstalling...</source>
-        <translation>Merci de votre avis ! Désinstallation en cours…</translation>
+        <translation>Merci de votre avis !
+Désinstallation en cours…</translation>
     </message>
     <message>
         <source>Time remaining: About 15 seconds</source>

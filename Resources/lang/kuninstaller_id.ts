@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>Anda yakin ingin menghapus Norvane Clipwright?</translation>
+        <translation>Anda yakin ingin menghapus Norvane Clipwright?</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
@@ -212,7 +212,8 @@ Terima kasih!</translation>
     </message>
     <message>
         <source>Thanks for your feedback! Uninstalling...</source>
-        <translation>Terima kasih atas masukannya! Sedang dihapus…</translation>
+        <translation>Terima kasih atas masukannya!
+Sedang dihapus…</translation>
     </message>
     <message>
         <source>Time remaining: About 15 seconds</source>

@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>Vuoi davvero rimuovere Norvane Clipwright?</translation>
+        <translation>Vuoi davvero rimuovere Norvane Clipwright?</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
@@ -212,7 +212,8 @@ Grazie di cuore!</translation>
     </message>
     <message>
         <source>Thanks for your feedback! Uninstalling...</source>
-        <translation>Grazie del feedback! Disinstallazione in corso…</translation>
+        <translation>Grazie del feedback!
+Disinstallazione in corso…</translation>
     </message>
     <message>
         <source>Time remaining: About 15 seconds</source>

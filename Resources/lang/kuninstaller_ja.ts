@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>Norvane Clipwright を削除してもよろしいですか？</translation>
+        <translation>Norvane Clipwright を削除してもよろしいですか？</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
@@ -212,7 +212,8 @@ Norvane Technology でエンジニアをしている Arlen です。私たちは
     </message>
     <message>
         <source>Thanks for your feedback! Uninstalling...</source>
-        <translation>ご意見ありがとうございます。アンインストール中…</translation>
+        <translation>ご意見ありがとうございます。
+アンインストール中…</translation>
     </message>
     <message>
         <source>Time remaining: About 15 seconds</source>

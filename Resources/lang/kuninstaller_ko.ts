@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>Norvane Clipwright를 제거하시겠습니까?</translation>
+        <translation>Norvane Clipwright를 제거하시겠습니까?</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>

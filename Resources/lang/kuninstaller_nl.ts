@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>Weet je zeker dat je Norvane Clipwright wilt verwijderen?</translation>
+        <translation>Weet je zeker dat je Norvane Clipwright wilt verwijderen?</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
@@ -212,7 +212,8 @@ Hartelijk dank!</translation>
     </message>
     <message>
         <source>Thanks for your feedback! Uninstalling...</source>
-        <translation>Bedankt voor je feedback! Bezig met verwijderen…</translation>
+        <translation>Bedankt voor je feedback!
+Bezig met verwijderen…</translation>
     </message>
     <message>
         <source>Time remaining: About 15 seconds</source>

@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>Czy na pewno chcesz usunąć program Norvane Clipwright?</translation>
+        <translation>Czy na pewno chcesz usunąć program Norvane Clipwright?</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
@@ -212,7 +212,8 @@ Serdecznie dziękujemy!</translation>
     </message>
     <message>
         <source>Thanks for your feedback! Uninstalling...</source>
-        <translation>Dziękujemy za opinię! Trwa odinstalowywanie…</translation>
+        <translation>Dziękujemy za opinię!
+Trwa odinstalowywanie…</translation>
     </message>
     <message>
         <source>Time remaining: About 15 seconds</source>

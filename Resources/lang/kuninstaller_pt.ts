@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>Deseja realmente remover o Norvane Clipwright?</translation>
+        <translation>Deseja realmente remover o Norvane Clipwright?</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
@@ -212,7 +212,8 @@ Muito obrigado!</translation>
     </message>
     <message>
         <source>Thanks for your feedback! Uninstalling...</source>
-        <translation>Obrigado pela sua opinião! Desinstalando…</translation>
+        <translation>Obrigado pela sua opinião!
+Desinstalando…</translation>
     </message>
     <message>
         <source>Time remaining: About 15 seconds</source>

@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>Sigur doriți să eliminați Norvane Clipwright?</translation>
+        <translation>Sigur doriți să eliminați Norvane Clipwright?</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
@@ -212,7 +212,8 @@ Vă mulțumim!</translation>
     </message>
     <message>
         <source>Thanks for your feedback! Uninstalling...</source>
-        <translation>Mulțumim pentru feedback! Se dezinstalează…</translation>
+        <translation>Mulțumim pentru feedback!
+Se dezinstalează…</translation>
     </message>
     <message>
         <source>Time remaining: About 15 seconds</source>

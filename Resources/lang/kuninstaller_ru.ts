@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>Вы действительно хотите удалить Norvane Clipwright?</translation>
+        <translation>Вы действительно хотите удалить Norvane Clipwright?</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
@@ -212,7 +212,8 @@ Thank you!</source>
     </message>
     <message>
         <source>Thanks for your feedback! Uninstalling...</source>
-        <translation>Спасибо за отзыв! Удаляем программу…</translation>
+        <translation>Спасибо за отзыв!
+Удаляем программу…</translation>
     </message>
     <message>
         <source>Time remaining: About 15 seconds</source>

@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>Är du säker på att du vill ta bort Norvane Clipwright?</translation>
+        <translation>Är du säker på att du vill ta bort Norvane Clipwright?</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
@@ -212,7 +212,8 @@ Stort tack!</translation>
     </message>
     <message>
         <source>Thanks for your feedback! Uninstalling...</source>
-        <translation>Tack för dina synpunkter! Avinstallerar …</translation>
+        <translation>Tack för dina synpunkter!
+Avinstallerar …</translation>
     </message>
     <message>
         <source>Time remaining: About 15 seconds</source>

@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>確定要移除 Norvane Clipwright 嗎？</translation>
+        <translation>確定要移除 Norvane Clipwright 嗎？</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>

@@ -118,6 +118,30 @@ QString misfit(const QWidget &widget)
         .arg(room.height());
 }
 
+// A last line of one character, as scripts without blanks get it.
+QString orphan(const QWidget &widget)
+{
+    const auto *label = qobject_cast<const QLabel *>(&widget);
+    if (!label || !label->wordWrap())
+        return {};
+    const QStringList paragraphs = label->text().split(QLatin1Char('\n'));
+    for (const QString &paragraph : paragraphs) {
+        QTextLayout layout(paragraph, label->font());
+        layout.beginLayout();
+        int lines = 0;
+        int length = 0;
+        for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+            line.setLineWidth(textRoom(widget).width());
+            length = line.textLength();
+            ++lines;
+        }
+        layout.endLayout();
+        if (lines > 1 && length == 1)
+            return QStringLiteral("last line of one character: ") + describe(widget);
+    }
+    return {};
+}
+
 bool lacksGlyphs(const QString &text, const QFont &font)
 {
     const QStringList lines = text.split(QLatin1Char('\n'));
@@ -141,6 +165,9 @@ QStringList textComplaints(const QWidget &widget)
     const QString cut = misfit(widget);
     if (!cut.isEmpty())
         list += cut;
+    const QString left = orphan(widget);
+    if (!left.isEmpty())
+        list += left;
     if (lacksGlyphs(Gallery::shownText(widget), widget.font()))
         list += QStringLiteral("missing glyphs: ") + describe(widget);
     return list;

@@ -45,6 +45,9 @@ private Q_SLOTS:
     void productClickOpensAndReports();
     void keysClickProductsToo();
     void arrowFollowsTheButton();
+    void arrowIsMirroredWithTheLayout();
+    void runIsReadAloud();
+    void failureIsReadAloud();
 
 private:
     void finishRun(UninstallPage &page);
@@ -480,7 +483,7 @@ void TestUninstallPage::arrowFollowsTheButton()
     QVERIFY(picture);
     QCOMPARE(picture->size(), QSize(24, 24));
     QCOMPARE(picture->x(), page.btnProduct->width() - 24);
-    QCOMPARE(picture->y(), (page.btnProduct->height() - 24) / 2 + 1);
+    QCOMPARE(picture->y(), 9);
     QCOMPARE(picture->styleSheet(), arrow("disabled"));
 
     const auto send = [&page](QEvent::Type type) {
@@ -502,6 +505,53 @@ void TestUninstallPage::arrowFollowsTheButton()
     QCOMPARE(picture->styleSheet(), arrow("normal"));
     page.btnProduct->setEnabled(false);
     QCOMPARE(picture->styleSheet(), arrow("normal"));
+}
+
+void TestUninstallPage::arrowIsMirroredWithTheLayout()
+{
+    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    UninstallPage page(nullptr, {});
+    page.resize(720, 480);
+    page.show();
+    page.btnProduct->setEnabled(true);
+    const QWidget *picture = page.btnProduct->findChild<QWidget *>();
+    QCOMPARE(picture->x(), 0);
+    QCOMPARE(picture->y(), 9);
+    QCOMPARE(picture->styleSheet(), arrow("rtl_normal"));
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
+// A new name of the page, which has the keyboard, is what screen readers read aloud.
+void TestUninstallPage::runIsReadAloud()
+{
+    UninstallPage page(nullptr, products());
+    QStringList read{page.accessibleName()};
+    page.start(nullptr);
+    for (qint64 elapsedMs = 0; elapsedMs < 30000; elapsedMs += 100) {
+        page.showElapsed(elapsedMs);
+        if (page.accessibleName() != read.constLast())
+            read += page.accessibleName();
+    }
+    const QString uninstalling = QStringLiteral("Thanks for your feedback! Uninstalling...");
+    const QString timeLeft = uninstalling + QStringLiteral(" Time remaining: About %1 seconds");
+    QCOMPARE(read, (QStringList{uninstalling, timeLeft.arg(30), timeLeft.arg(20), timeLeft.arg(10),
+                                timeLeft.arg(0)}));
+
+    finishRun(page);
+    const QString success =
+        QStringLiteral("Successfully uninstalled Subscribe to get the latest updates");
+    QCOMPARE(page.accessibleName(), success);
+    // The box takes the keyboard; what is read with it says why.
+    QCOMPARE(page.edtEmail->accessibleDescription(), success);
+}
+
+void TestUninstallPage::failureIsReadAloud()
+{
+    UninstallPage page(nullptr, products());
+    page.fail();
+    QCOMPARE(page.accessibleName(),
+             QStringLiteral("Uninstall Failed Your uninstallation encountered errors. "
+                            "Please try uninstalling again."));
 }
 
 QTEST_MAIN(TestUninstallPage)

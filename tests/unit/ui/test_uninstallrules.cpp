@@ -15,6 +15,7 @@ private Q_SLOTS:
     void secondsLeft();
     void email_data();
     void email();
+    void spokenEveryTenSeconds();
 };
 
 void TestUninstallRules::progress_data()
@@ -108,6 +109,17 @@ void TestUninstallRules::email()
 {
     QFETCH(QString, address);
     QTEST(UninstallRules::isValidEmail(address), "valid");
+}
+
+void TestUninstallRules::spokenEveryTenSeconds()
+{
+    QCOMPARE(UninstallRules::spokenStep(30), 3);
+    QCOMPARE(UninstallRules::spokenStep(21), 3);
+    QCOMPARE(UninstallRules::spokenStep(20), 2);
+    QCOMPARE(UninstallRules::spokenStep(11), 2);
+    QCOMPARE(UninstallRules::spokenStep(10), 1);
+    QCOMPARE(UninstallRules::spokenStep(1), 1);
+    QCOMPARE(UninstallRules::spokenStep(0), 0);
 }
 
 QTEST_APPLESS_MAIN(TestUninstallRules)

@@ -18,6 +18,7 @@ private Q_SLOTS:
     void actionTellsWhetherItIsDisabled();
     void actionOfADisabledPageIsNotItselfDisabled();
     void closeButtonQuits();
+    void upgradeIsReadAloud();
 };
 
 void TestUpgradePage::firstLook()
@@ -110,6 +111,27 @@ void TestUpgradePage::closeButtonQuits()
     QTimer::singleShot(0, &page, [&page] { page.btnClose->click(); });
     QTimer::singleShot(5000, qApp, [] { QCoreApplication::exit(1); });
     QCOMPARE(QApplication::exec(), 0);
+}
+
+// A new name of the page, which has the keyboard, is what screen readers read aloud.
+void TestUpgradePage::upgradeIsReadAloud()
+{
+    UpgradePage page;
+    page.showUpgrading();
+    QStringList read{page.accessibleName()};
+    for (const int percent : {3, 9, 12, 19, 31, 100}) {
+        page.progressBar->setValue(percent);
+        if (page.accessibleName() != read.constLast())
+            read += page.accessibleName();
+    }
+    page.showCompleted();
+    read += page.accessibleName();
+    const QString upgrading = QStringLiteral("Upgrading, please wait... ");
+    QCOMPARE(read, (QStringList{upgrading + QStringLiteral("0%"), upgrading + QStringLiteral("12%"),
+                                upgrading + QStringLiteral("31%"),
+                                upgrading + QStringLiteral("100%"),
+                                QStringLiteral("Upgrade completed "
+                                               "The new version is more stable and faster!")}));
 }
 
 QTEST_MAIN(TestUpgradePage)
