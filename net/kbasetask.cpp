@@ -29,6 +29,8 @@ void KBaseTask::start()
 {
     m_reply = createReply();
     m_bytesRead = 0;
+    if (m_maxSize >= 0)
+        m_reply->setReadBufferSize(m_maxSize + 1); // what nobody reads is not fetched, either
     connect(m_reply, &QNetworkReply::finished, this, &KBaseTask::httpFinished);
     connect(m_reply, &QNetworkReply::readyRead, this, &KBaseTask::httpReadyRead);
     connect(m_reply, &QNetworkReply::downloadProgress, this, &KBaseTask::updateDataReadProgress);
@@ -86,7 +88,7 @@ void KBaseTask::httpFinished()
     const bool hasError = m_reply->error() != QNetworkReply::NoError;
     if (!hasError && !target.isNull()) {
         followRedirect(target.toUrl());
-    } else if (hasError || !isWhole()) {
+    } else if (hasError || isTooLong() || !isWhole()) {
         onError();
         m_status = TaskFailed;
         Q_EMIT finished();
@@ -99,7 +101,10 @@ void KBaseTask::httpFinished()
 
 void KBaseTask::httpReadyRead()
 {
-    onReadyRead();
+    if (isTooLong())
+        m_reply->abort(); // which is an error of the reply, not an abort by the task's owner
+    else
+        onReadyRead();
 }
 
 void KBaseTask::updateDataReadProgress(qint64 bytesRead, qint64 totalBytes)
@@ -125,6 +130,11 @@ void KBaseTask::onReadyRead() {}
 void KBaseTask::onProgress(qint64 bytesRead, qint64 totalBytes)
 {
     Q_EMIT progress(bytesRead, totalBytes);
+}
+
+bool KBaseTask::isTooLong() const
+{
+    return m_maxSize >= 0 && m_bytesRead + m_reply->bytesAvailable() > m_maxSize;
 }
 
 void KBaseTask::followRedirect(const QUrl &target)

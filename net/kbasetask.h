@@ -22,7 +22,8 @@ public:
     enum Status : qint32 {
         TaskRunning = 0, ///< not finished, or not even started
         TaskSucceeded = 1,
-        TaskFailed = 2,  ///< the reply reported an error, see errorString(), or is not whole
+        TaskFailed = 2,  ///< the reply reported an error, see errorString(), or is not whole, or
+                         ///< is longer than it may be
         TaskAborted = 3, ///< by abort() or by a time-out
     };
     Q_ENUM(Status)
@@ -32,6 +33,10 @@ public:
     ~KBaseTask() override;
 
     Q_DISABLE_COPY(KBaseTask)
+
+    /// Makes an answer with a longer body a failed one, of which no more than this is ever held; to
+    /// be called before start(). Without it there is no limit.
+    void setMaxSize(qint64 bytes) { m_maxSize = bytes; }
 
     /// Issues the request. The answer arrives from the event loop, never within this call.
     void start();
@@ -84,6 +89,7 @@ protected:
     virtual bool isWhole();
 
 private:
+    bool isTooLong() const;
     void followRedirect(const QUrl &target);
 
     QNetworkAccessManager *const m_manager;
@@ -92,4 +98,5 @@ private:
     bool m_aborted = false;
     Status m_status = TaskRunning;
     qint64 m_bytesRead = 0; ///< of the current reply
+    qint64 m_maxSize = -1;  ///< -1: no limit
 };

@@ -17,6 +17,7 @@
 namespace {
 
 constexpr int maxRunning = 5;
+constexpr qint64 maxDocumentBytes = qint64(8) * 1024 * 1024;
 
 } // namespace
 
@@ -33,6 +34,7 @@ void ConfigDownloader::start()
              QStringLiteral("/uninstall/cfg/v1/%1-%2.json")
                  .arg(Config::configProductId(), Config::configLanguageCode());
     m_task = std::make_unique<KBaseTask>(Net::sharedAccessManager(), m_link);
+    m_task->setMaxSize(maxDocumentBytes);
     m_task->start();
     connect(m_task.get(), &KBaseTask::finished, this, &ConfigDownloader::taskFinished);
 }

@@ -8,6 +8,12 @@
 #include <QtCore/QFile>
 #include <utility>
 
+namespace {
+
+constexpr qint64 maxPictureBytes = qint64(16) * 1024 * 1024;
+
+} // namespace
+
 DownloadItem::DownloadItem(QObject *parent, const QStringList &fileNames, const QString &link)
     : QObject(parent)
     , m_fileNames(fileNames)
@@ -23,6 +29,7 @@ bool DownloadItem::start()
     QString error;
     if (!m_task->setFile(temporaryFile(), error))
         return false;
+    m_task->setMaxSize(maxPictureBytes);
     m_task->start();
     connect(m_task.get(), &KBaseTask::finished, this, &DownloadItem::taskFinished);
     return true;

@@ -121,6 +121,9 @@ private Q_SLOTS:
     void failsWithTheReplysErrorText();
     void failsWhenLessArrivesThanDeclaredEvenWithoutAnError_data();
     void failsWhenLessArrivesThanDeclaredEvenWithoutAnError();
+    void failsWhenTheBodyIsLongerThanItMayBe_data();
+    void failsWhenTheBodyIsLongerThanItMayBe();
+    void takesABodyAsLongAsItMayBe();
     void failsWhenTheConnectionIsRefused();
     void failsForAnAddressThatIsNone_data();
     void failsForAnAddressThatIsNone();
@@ -261,6 +264,44 @@ void TestKBaseTask::failsWhenLessArrivesThanDeclaredEvenWithoutAnError()
         QCOMPARE(task.status(), status);
         QCOMPARE(finished.count(), 1);
     }
+}
+
+void TestKBaseTask::failsWhenTheBodyIsLongerThanItMayBe_data()
+{
+    QTest::addColumn<Answer>("answer");
+
+    const QByteArray large = Answers::largeBody();
+    QTest::newRow("by a byte") << Answer::ok("text!");
+    QTest::newRow("by megabytes") << Answer::ok(large);
+    QTest::newRow("of unknown length") << Answer::ok(large).withoutLength();
+    QTest::newRow("compressed")
+        << Answer::ok(Answers::gzipBytes()).withHeader("Content-Encoding", "gzip");
+    QTest::newRow("behind a short part") << Answer::ok("text!").stalledInBody(5);
+}
+
+void TestKBaseTask::failsWhenTheBodyIsLongerThanItMayBe()
+{
+    QFETCH(Answer, answer);
+    m_server->answer(QStringLiteral("/a"), answer);
+    KBaseTask task(m_manager.get(), m_server->url(QStringLiteral("/a")));
+    task.setMaxSize(4);
+    QSignalSpy finished(&task, &KBaseTask::finished);
+    task.start();
+    QVERIFY(finished.wait());
+    QCOMPARE(task.status(), KBaseTask::TaskFailed);
+    QTest::qWait(50);
+    QCOMPARE(finished.count(), 1);
+}
+
+void TestKBaseTask::takesABodyAsLongAsItMayBe()
+{
+    m_server->answer(QStringLiteral("/a"), Answer::ok("text"));
+    KBaseTask task(m_manager.get(), m_server->url(QStringLiteral("/a")));
+    task.setMaxSize(4);
+    task.start();
+    task.waitForFinished(5000);
+    QCOMPARE(task.status(), KBaseTask::TaskSucceeded);
+    QCOMPARE(task.readAll(), QByteArray("text"));
 }
 
 void TestKBaseTask::failsWhenTheConnectionIsRefused()

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void emptiesAnExistingFileBeforeItStarts();
     void leavesNoFileBehindWhenItFails_data();
     void leavesNoFileBehindWhenItFails();
+    void leavesNoFileBehindWhenTheBodyIsTooLong();
     void leavesNoFileBehindWhenTheConnectionIsRefused();
     void leavesNoFileBehindWhenItIsAborted_data();
     void leavesNoFileBehindWhenItIsAborted();
@@ -137,6 +138,17 @@ void TestKGetFileTask::leavesNoFileBehindWhenItFails()
     QCOMPARE(task->status(), KBaseTask::TaskFailed);
     QVERIFY(!task->errorString().isEmpty());
     QVERIFY(!existsWhenFinished);
+    QVERIFY(!QFile::exists(filePath()));
+}
+
+void TestKGetFileTask::leavesNoFileBehindWhenTheBodyIsTooLong()
+{
+    m_server->answer(QStringLiteral("/a"), Answer::ok(Answers::largeBody()).withoutLength());
+    const std::unique_ptr<KGetFileTask> task = this->task();
+    task->setMaxSize(1000 * 1000);
+    task->start();
+    task->waitForFinished(5000);
+    QCOMPARE(task->status(), KBaseTask::TaskFailed);
     QVERIFY(!QFile::exists(filePath()));
 }
 
