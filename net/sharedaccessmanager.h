@@ -5,7 +5,8 @@ class QNetworkAccessManager;
 namespace Net {
 
 /// The access manager of the whole process, made on first use. It belongs to the application
-/// object, which must exist, and goes with it. GUI thread only.
+/// object, which must exist, and goes with it. It speaks HTTP and nothing else: requests of other
+/// schemes fail. GUI thread only.
 QNetworkAccessManager *sharedAccessManager();
 
 } // namespace Net
