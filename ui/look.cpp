@@ -1,15 +1,32 @@
 #include "ui/look.h"
 
 #include <QtCore/QRegularExpression>
+#include <QtGui/QImageReader>
 #include <QtGui/QTextLayout>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QWidget>
 
+namespace {
+
+constexpr qint64 maxPixels = qint64(4) * 1024 * 1024;
+
+/// A file of some kilobytes may hold a picture of gigabytes. Its head tells.
+bool isEnormous(const QString &path)
+{
+    const QSize size = QImageReader(path).size();
+    return qint64(size.width()) * size.height() > maxPixels;
+}
+
+} // namespace
+
 namespace Look {
 
 QString pictureStyle(const QString &path)
 {
+    if (isEnormous(path))
+        return {};
+
     // The style-sheet parser reads only these characters rightly in a bare url().
     static const QRegularExpression plain(QStringLiteral("\\A[A-Za-z0-9 /:._~-]+\\z"));
     if (plain.match(path).hasMatch())
