@@ -36,11 +36,13 @@ inline std::string value(const Instructions &instructions, const std::string &ke
     return {};
 }
 
+/// Writes the arguments of this start, and beside them a line for each start so far.
 inline void recordArguments(const std::filesystem::path &file, int argc, char **argv)
 {
     std::ofstream stream(file, std::ios::binary | std::ios::trunc);
     for (int i = 1; i < argc; ++i)
         stream << argv[i] << '\n';
+    std::ofstream(file.string() + ".starts", std::ios::binary | std::ios::app) << "started\n";
 }
 
 /// Waits "delay" milliseconds, then, if "end" says so, hangs for good or crashes.
