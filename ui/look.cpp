@@ -14,7 +14,7 @@ constexpr qint64 maxPixels = qint64(4) * 1024 * 1024;
 /// A file of some kilobytes may hold a picture of gigabytes. Its head tells.
 bool isEnormous(const QString &path)
 {
-    const QSize size = QImageReader(path).size();
+    const QSize size = path.isEmpty() ? QSize() : QImageReader(path).size();
     return qint64(size.width()) * size.height() > maxPixels;
 }
 

@@ -56,6 +56,14 @@ MainWindow::MainWindow(QWidget *parent)
             &MainWindow::uninstallFinished);
     connect(m_uninstallProcess, &QProcess::errorOccurred, this, &MainWindow::uninstallError);
 
+    // Nobody wants to know what they say. Kept, it would grow for as long as they talk.
+    for (QProcess *process : {m_installProcess, m_uninstallProcess}) {
+        connect(process, &QProcess::readyReadStandardOutput, process,
+                [process] { process->readAllStandardOutput(); });
+        connect(process, &QProcess::readyReadStandardError, process,
+                [process] { process->readAllStandardError(); });
+    }
+
     // A page takes the keyboard as a whole: Tab then leads to its first control.
     connect(wizardPages, &QStackedWidget::currentChanged, this,
             [this] { wizardPages->currentWidget()->setFocus(); });
