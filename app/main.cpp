@@ -48,6 +48,13 @@ Outcome runApplication(int argc, char **argv)
     return {exitCode, NvUpgradeHelper::releaseIfIdle()};
 }
 
+/// The window system's end is an exit() out of the event loop.
+void endWithoutGlobalsWhileLibraryWorks()
+{
+    if (NvUpgradeHelper::isBusy())
+        std::_Exit(EXIT_FAILURE);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -62,9 +69,10 @@ int main(int argc, char **argv)
     // After the measurement, which must see the coordinates of a program that knows no DPI.
     Platform::enableDpiAwareness();
 
+    // A call in which the upgrade library is stuck must not keep the process alive, and its thread
+    // must not run on while the process's globals go.
+    std::atexit(endWithoutGlobalsWhileLibraryWorks);
     const Outcome outcome = runApplication(argc, argv);
-    // Nothing is left to do. A call in which the upgrade library is stuck must not keep the process
-    // alive, and its thread must not run on while the process's globals go.
     if (!outcome.isUpgradeHelperReleased)
         std::_Exit(outcome.exitCode);
     return outcome.exitCode;

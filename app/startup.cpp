@@ -14,11 +14,16 @@
 #include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
 
+#include <chrono>
+#include <cstdlib>
+#include <thread>
+
 namespace {
 
 constexpr int loadingLimitMs = 10000;
 constexpr int splashGoodbyeMs = 50;
 constexpr unsigned long farewellMs = 500;
+constexpr std::chrono::seconds endLimit(8); // the pause, what the library may take, and some
 
 //: "LTR" for languages that are written from left to right, "RTL" for the others. The framework
 //: asks for it when a catalogue is installed and mirrors the whole interface accordingly.
@@ -55,6 +60,19 @@ void loadConfiguration(SplashWindow &splash)
         downloader.abort(); // the limit struck, or the user closed the splash
 }
 
+// The last words. Nothing is shown any more: a library that never returns from here on must not
+// leave a process behind that nobody sees and that no later copy gets past.
+void sayGoodbye()
+{
+    std::thread([] {
+        std::this_thread::sleep_for(endLimit);
+        std::_Exit(EXIT_SUCCESS);
+    }).detach();
+
+    QThread::msleep(farewellMs);
+    Analytics::stopAnalytics();
+}
+
 int runWizard(const QRect &screen, SplashWindow &splash, QApplication &application)
 {
     QTranslator translator;
@@ -72,8 +90,7 @@ int runWizard(const QRect &screen, SplashWindow &splash, QApplication &applicati
         [&window] {
             if (window.isVisible())
                 window.hide();
-            QThread::msleep(farewellMs);
-            Analytics::stopAnalytics();
+            sayGoodbye();
         },
         Qt::DirectConnection);
     QTimer::singleShot(splashGoodbyeMs, &splash, &QWidget::close);
@@ -102,8 +119,7 @@ int run(QApplication &application)
     if (splash.isVisible())
         return runWizard(screen, splash, application);
 
-    QThread::msleep(farewellMs);
-    Analytics::stopAnalytics();
+    sayGoodbye();
     return 0;
 }
 

@@ -9,6 +9,7 @@
 #include <QtCore/QThread>
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <nvupgrade.h>
 #include <utility>
 
@@ -31,9 +32,13 @@ private:
     std::array<wchar_t, 1024> m_characters{};
 };
 
+/// The helper whose download is in progress. A library that still reports when its download is over
+/// may name one that is gone.
+std::atomic<void *> downloader{nullptr};
+
 void reportProgress(int percent, void *context)
 {
-    if (context)
+    if (context && context == downloader)
         Q_EMIT static_cast<NvUpgradeHelper *>(context)->s_DownProgress(percent);
 }
 
@@ -60,9 +65,14 @@ void NvUpgradeHelper::release()
 
 bool NvUpgradeHelper::releaseIfIdle()
 {
-    if (s_instance && s_instance->m_openRequests == 0)
+    if (!isBusy())
         release();
     return !s_instance;
+}
+
+bool NvUpgradeHelper::isBusy()
+{
+    return s_instance && s_instance->m_openRequests != 0;
 }
 
 QString NvUpgradeHelper::updateInfoFile()
@@ -173,8 +183,10 @@ void NvUpgradeHelper::shot_checkUpgrade(checkInPraram params)
 void NvUpgradeHelper::slot_downloadPackage(downloadInPraram params)
 {
     Answer answer;
+    downloader = this;
     download_package_c(Platform::wideFromNarrow(UpgradeJson::downloadRequest(params)).c_str(),
                        answer.buffer(), answer.capacity(), reportProgress, this);
+    downloader = nullptr;
 
     m_downloadResult = UpgradeJson::downloadAnswer(answer.narrow());
     const bool success = m_downloadResult.errcode == 0;

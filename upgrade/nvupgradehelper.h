@@ -29,6 +29,9 @@ public:
     /// called while the application object exists.
     static void release();
 
+    /// Whether a request is waiting or in progress.
+    static bool isBusy();
+
     /// Deletes the helper unless a request is waiting or in progress, which could keep release()
     /// waiting for good. Returns whether there is no helper any more.
     static bool releaseIfIdle();
