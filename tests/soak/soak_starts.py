@@ -1,0 +1,91 @@
+#!/usr/bin/python3
+"""Starts the whole program and closes it again, many times, and looks whether anything gathers.
+
+usage: soak_starts.py --bin DIR --out DIR [--starts N]
+
+Each start fetches document and pictures, shows the window, opens the last question and closes by
+the window system's key. After each tenth of the starts it prints the memory and the descriptors
+that a copy had in use, and the files in its folders. Exits with 1 when one of them has grown since
+the first tenth: memory by 2 % or more, the others at all; or when a copy did not end well.
+"""
+
+import argparse
+import os
+import re
+import statistics
+import sys
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "faults"))
+
+import bench  # pylint: disable=wrong-import-position
+from servers import FaultyServer  # pylint: disable=wrong-import-position
+
+TENTHS = 10
+ALLOWED_GROWTH = 1.02
+
+
+def kilobytes(process):
+    """Memory that is in use on behalf of this process, whatever others share with it."""
+    with open(f"/proc/{process}/smaps_rollup", encoding="ascii") as file:
+        return int(re.search(r"^Rss:\s+(\d+)", file.read(), re.MULTILINE).group(1))
+
+
+def files_below(folder):
+    return sum(len(files) for _, _, files in os.walk(folder))
+
+
+def start_and_close(fault, server):
+    """One start to close; returns the memory and the descriptors in use while it is at rest. Some
+    connections may not be closed yet: the fewest descriptors count."""
+    fault.start(CLIPWRIGHT_SANDBOX_SERVICE=server.url)
+    fault.wait_for_main_window()
+    fault.choose()
+    fault.wait_until(lambda: fault.windows(bench.SPLASH) == [], 5, "the splash gone")
+    process = fault.process.pid
+    used = kilobytes(process), len(os.listdir(f"/proc/{process}/fd"))
+    fault.close_by_keys()
+    return used
+
+
+def soak(fault, server, starts):
+    tenths = []
+    for tenth in range(TENTHS):
+        used = [start_and_close(fault, server)
+                for _ in range(starts * tenth // TENTHS, starts * (tenth + 1) // TENTHS)]
+        if fault.failures:
+            raise AssertionError("; ".join(fault.failures))
+        tenths.append((statistics.mean(memory for memory, _ in used),
+                       min(descriptors for _, descriptors in used), files_below(fault.root)))
+        print("  after {:5}: {:.0f} KiB, {} descriptors, {} files".format(
+            starts * (tenth + 1) // TENTHS, *tenths[-1]), flush=True)
+    first, last = tenths[0], tenths[-1]
+    print(f"  memory grew by {(last[0] / first[0] - 1) * 100:.2f} % after the first tenth")
+    return last[0] < first[0] * ALLOWED_GROWTH and last[1] <= first[1] and last[2] <= first[2]
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--bin", required=True, help="folder with the built programs")
+    parser.add_argument("--out", required=True, help="folder for the sandbox")
+    parser.add_argument("--starts", type=int, default=500)
+    arguments = parser.parse_args()
+
+    print("Starts of the whole program")
+    with bench.Screen() as screen, FaultyServer() as server:
+        fault = bench.Fault(os.path.abspath(arguments.bin), os.path.abspath(arguments.out), screen)
+        is_sound = False
+        try:
+            is_sound = soak(fault, server, arguments.starts)
+        except AssertionError as wrong:
+            print(f"  {wrong}")
+            fault.process.kill()
+        fault.finish()
+    for wrong in fault.failures:
+        print(f"  {wrong}")
+    is_sound = is_sound and not fault.failures
+    print("  ok" if is_sound else "  FAILED")
+    return 0 if is_sound else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
