@@ -98,6 +98,12 @@ void UninstallPage::fail()
     Analytics::reportUninstallResult(false);
 }
 
+void UninstallPage::failAfter(int milliseconds)
+{
+    m_isFailing = true;
+    QTimer::singleShot(milliseconds, this, &UninstallPage::fail);
+}
+
 bool UninstallPage::isRunning() const
 {
     return m_tickTimer->isActive();
@@ -113,7 +119,7 @@ void UninstallPage::showElapsed(qint64 elapsedMs)
     const int range = progressBar->maximum() - progressBar->minimum();
     if (elapsedMs < UninstallRules::curveEndMs)
         progressBar->setValue(UninstallRules::progressValue(elapsedMs, range));
-    else if (!m_process || m_process->state() != QProcess::Running)
+    else if (!m_isFailing && (!m_process || m_process->state() != QProcess::Running))
         endRun(range);
     showTimeLeft(elapsedMs);
 }

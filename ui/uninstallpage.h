@@ -29,6 +29,9 @@ public:
     /// Shows the failure view.
     void fail();
 
+    /// Shows it after so many milliseconds. A clock that jumps meanwhile makes no success of it.
+    void failAfter(int milliseconds);
+
     /// True from start() until the run was seen to end.
     bool isRunning() const;
 
@@ -66,5 +69,6 @@ private:
     qint32 m_remaining = 0;
     int m_saidStep = -1; ///< of the time left that was last told to screen readers
     QProcess *m_process = nullptr;
+    bool m_isFailing = false; ///< fail() is on its way
     QWidget *imgArrow;
 };

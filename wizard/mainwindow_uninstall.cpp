@@ -7,7 +7,6 @@
 #include "ui/confirmwindow.h"
 
 #include <QtCore/QEventLoop>
-#include <QtCore/QTimer>
 
 #include <optional>
 
@@ -47,7 +46,7 @@ void MainWindow::btnContinueClicked()
     if (program.isEmpty()) {
         setEnabled(true);
         uninstallStarted();
-        QTimer::singleShot(noUninstallerDelayMs, uninstallPage, &UninstallPage::fail);
+        uninstallPage->failAfter(noUninstallerDelayMs);
         return;
     }
     QStringList arguments{QStringLiteral("/VERYSILENT"), QStringLiteral("/REINSTALL")};

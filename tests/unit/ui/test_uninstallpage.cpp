@@ -32,6 +32,7 @@ private Q_SLOTS:
     void jumpPageIsOpenedEvenWhenMissing();
     void failureView();
     void failureDuringARunStopsIt();
+    void jumpingClockMakesNoSuccessOfAFailure();
     void offlineHidesMoreProducts();
     void doneRefusesAWrongAddress();
     void doneTrimsAndSendsTheAddress();
@@ -309,6 +310,19 @@ void TestUninstallPage::failureDuringARunStopsIt()
     QCOMPARE(
         page.label_2->text(),
         QStringLiteral("Your uninstallation encountered errors. Please try uninstalling again."));
+}
+
+void TestUninstallPage::jumpingClockMakesNoSuccessOfAFailure()
+{
+    UninstallPage page(nullptr, {});
+    QProcess process;
+    page.start(&process);
+    page.failAfter(50);
+    page.showElapsed(60000); // the machine slept meanwhile
+    QVERIFY(page.isRunning());
+    QTRY_COMPARE(page.lblTitle->text(), QStringLiteral("Uninstall Failed"));
+    QCOMPARE(AnalyticsRecord::events().size(), 1);
+    QCOMPARE(lastProperties(), properties(R"({"result": "failure"})"));
 }
 
 void TestUninstallPage::offlineHidesMoreProducts()
