@@ -24,17 +24,22 @@ void MainWindow::btnContinueClicked()
     centre(confirm);
     confirm.show();
 
-    std::optional<int> answer; // the first one counts, whatever else was pressed at once
+    // The first answer counts, with the box as it was then, whatever else was pressed at once.
+    std::optional<int> answer;
+    std::optional<bool> boxThen;
     QEventLoop loop;
-    connect(&confirm, &ConfirmWindow::closed, &loop, [&answer, &loop](int result) {
-        if (!answer)
-            answer = result;
-        loop.quit();
-    });
+    connect(&confirm, &ConfirmWindow::closed, &loop,
+            [&answer, &boxThen, &confirm, &loop](int result) {
+                if (!answer) {
+                    answer = result;
+                    boxThen = confirm.checkBox->isChecked();
+                }
+                loop.quit();
+            });
     waitOverDimmedWindow(loop);
     confirm.close();
 
-    const bool deleteAll = confirm.checkBox->isChecked();
+    const bool deleteAll = boxThen.value_or(confirm.checkBox->isChecked());
     Analytics::reportUninstallReConfirm(answer == removeAnswer, deleteAll);
     if (answer != removeAnswer) {
         close();

@@ -40,6 +40,7 @@ private Q_SLOTS:
     void failedRunIsReportedOnTheProductPage();
     void quitWhileAskingRemovesNothing();
     void firstAnswerCounts();
+    void boxCountsAsItWasAtTheAnswer();
     void closeIsRefusedWhileTheUninstallerStarts();
 
 private:
@@ -339,6 +340,24 @@ void TestUninstallRun::firstAnswerCounts()
     QVERIFY(!isProcessRunning(window));
     QCOMPARE(lastProperties().value(QLatin1String("ButtonClick")),
              QJsonValue(QLatin1String("Cancel")));
+}
+
+void TestUninstallRun::boxCountsAsItWasAtTheAnswer()
+{
+    MainWindow window(nullptr);
+    window.show();
+    window.optionPage->btnContinue->setEnabled(true);
+    QTimer::singleShot(0, &window, [&window] {
+        auto *dialog = window.findChild<ConfirmWindow *>();
+        dialog->btnRemove->click();
+        dialog->checkBox->click(); // in the same batch of events
+    });
+    window.optionPage->btnContinue->click();
+    QCOMPARE(lastProperties().value(QLatin1String("is_delete_all")),
+             QJsonValue(QLatin1String("0")));
+    QTRY_COMPARE(Sandbox::readLines((*m_sandbox)->uninstallerRecord()),
+                 QStringList({QStringLiteral("/VERYSILENT"), QStringLiteral("/REINSTALL")}));
+    QTRY_VERIFY(!isProcessRunning(window));
 }
 
 void TestUninstallRun::closeIsRefusedWhileTheUninstallerStarts()
