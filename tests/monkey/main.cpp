@@ -1,0 +1,130 @@
+// A walk of random steps over the main window: monkey [--steps N] [--seed S] [--repeat N] [--life
+// S]
+//
+// The walk goes through many lives of the window, each with a seed of its own. When a rule is
+// broken it prints that seed, which --life takes to live that life again, alone.
+
+#include "tests/monkey/controlledclock.h"
+#include "tests/monkey/life.h"
+#include "tests/support/linkcatcher.h"
+#include "tests/support/lookapplied.h"
+
+#include <QtCore/QCommandLineParser>
+#include <QtWidgets/QApplication>
+
+#include <cstdio>
+#include <optional>
+
+namespace {
+
+constexpr int longestLife = 400;
+constexpr int shownTrace = 60;
+
+QString firstWarning;
+
+/// A warning of the framework is a flaw as well.
+void keepWarning(QtMsgType type, const QMessageLogContext & /*context*/, const QString &text)
+{
+    const bool isExcuse = text.startsWith(QLatin1String("This plugin does not support ")) ||
+                          text.startsWith(QLatin1String("Mouse event occurs outside"));
+    if (type != QtDebugMsg && type != QtInfoMsg && !isExcuse && firstWarning.isEmpty())
+        firstWarning = text;
+    if (type == QtFatalMsg)
+        std::fprintf(stderr, "%s\n", qPrintable(text));
+}
+
+struct Walk
+{
+    int steps = 0;
+    int lives = 0;
+    int uninstallers = 0;
+    int installers = 0;
+    int checks = 0;
+    std::uint64_t digest = 0;
+};
+
+/// Returns whether every rule held.
+bool live(World &world, std::uint64_t seed, int maxSteps, Walk &walk)
+{
+    Life life(world, seed, maxSteps);
+    life.live();
+    walk.steps += life.steps();
+    ++walk.lives;
+    walk.uninstallers += life.uninstallerStarts();
+    walk.installers += life.installerStarts();
+    walk.checks += life.checks();
+    walk.digest = walk.digest * 31 + life.digest();
+
+    const QString flaw = life.flaw().isEmpty() ? firstWarning : life.flaw();
+    if (flaw.isEmpty())
+        return true;
+    std::printf("FAILED: %s\n  in step %d of a life; to live it again: --life %llu\n",
+                qPrintable(flaw), life.steps(), static_cast<unsigned long long>(seed));
+    const QStringList trace = life.trace().mid(qMax(0, life.trace().size() - shownTrace));
+    for (const QString &step : trace)
+        std::printf("    %s\n", qPrintable(step));
+    return false;
+}
+
+std::optional<Walk> walk(World &world, std::uint64_t seed, int steps)
+{
+    std::mt19937_64 seeds(seed);
+    Walk walk;
+    while (walk.steps < steps) {
+        if (!live(world, seeds(), qMin(longestLife, steps - walk.steps), walk))
+            return {};
+    }
+    std::printf("seed %llu: %d steps in %d lives, %d checks, %d uninstallers, %d installers, "
+                "digest %016llx\n",
+                static_cast<unsigned long long>(seed), walk.steps, walk.lives, walk.checks,
+                walk.uninstallers, walk.installers, static_cast<unsigned long long>(walk.digest));
+    std::fflush(stdout);
+    return walk;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    qputenv("QT_NO_GLIB", "1"); // the event dispatcher that tells when it rests
+    QApplication application(argc, argv);
+    qInstallMessageHandler(keepWarning);
+
+    QCommandLineParser parser;
+    parser.addHelpOption();
+    const QCommandLineOption steps(QStringLiteral("steps"), QStringLiteral("How many steps."),
+                                   QStringLiteral("N"), QStringLiteral("100000"));
+    const QCommandLineOption seed(QStringLiteral("seed"), QStringLiteral("Where to begin."),
+                                  QStringLiteral("S"), QStringLiteral("1"));
+    const QCommandLineOption repeat(QStringLiteral("repeat"),
+                                    QStringLiteral("Walk so often; every walk must be the same."),
+                                    QStringLiteral("N"), QStringLiteral("1"));
+    const QCommandLineOption life(QStringLiteral("life"), QStringLiteral("Live this life only."),
+                                  QStringLiteral("S"));
+    parser.addOptions({steps, seed, repeat, life});
+    parser.process(application);
+
+    ControlledClock::takeOver();
+    World world;
+    const LookApplied look;
+    const LinkCatcher links;
+    if (parser.isSet(life)) {
+        Walk alone;
+        return live(world, parser.value(life).toULongLong(), longestLife, alone) ? 0 : 1;
+    }
+
+    std::printf("seed %s\n", qPrintable(parser.value(seed)));
+    std::optional<Walk> first;
+    for (int i = 0; i < parser.value(repeat).toInt(); ++i) {
+        const std::optional<Walk> next =
+            walk(world, parser.value(seed).toULongLong(), parser.value(steps).toInt());
+        if (!next)
+            return 1;
+        if (first && first->digest != next->digest) {
+            std::printf("FAILED: the same seed gave another walk\n");
+            return 1;
+        }
+        first = next;
+    }
+    return 0;
+}
