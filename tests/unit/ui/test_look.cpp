@@ -20,6 +20,7 @@ private Q_SLOTS:
     void enormousPictureIsNotShown_data();
     void enormousPictureIsNotShown();
     void pathCannotAddARule();
+    void enormousPictureIsNotDecoded();
     void ampersandsAreShown();
     void longTextIsBrokenIntoLines();
 };
@@ -113,6 +114,19 @@ void TestLook::pathCannotAddARule()
     QVERIFY(centreOf(label) != QColor(Qt::blue));
     panel.setStyleSheet(Look::pictureStyle(QStringLiteral("/none/x\");} * {background: blue")));
     QVERIFY(centreOf(label) != QColor(Qt::blue));
+}
+
+void TestLook::enormousPictureIsNotDecoded()
+{
+    const QTemporaryDir folder;
+    const auto style = [&folder](int width, int height) {
+        const QString path = folder.filePath(QStringLiteral("a.png"));
+        QImage picture(width, height, QImage::Format_Mono); // a few kilobytes of file
+        picture.fill(1);
+        return picture.save(path, "PNG") ? Look::pictureStyle(path) : QStringLiteral("not saved");
+    };
+    QCOMPARE(style(40000, 8000), QString());
+    QVERIFY(style(2560, 1600).contains(QLatin1String("a.png")));
 }
 
 void TestLook::ampersandsAreShown()
