@@ -11,7 +11,6 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonValue>
 #include <QtCore/QTextStream>
-#include <algorithm>
 #include <utility>
 
 namespace {
@@ -111,47 +110,44 @@ bool ConfigDownloader::collectImages(const QJsonObject &document)
 
 void ConfigDownloader::addItem(const QString &fileName, const QString &link)
 {
-    const auto known =
-        std::find_if(m_items.cbegin(), m_items.cend(),
-                     [&link](const DownloadItem *item) { return item->link() == link; });
-    if (known != m_items.cend()) {
-        (*known)->addFileName(fileName);
+    if (DownloadItem *known = m_queued.value(link)) {
+        known->addFileName(fileName);
         return;
     }
     auto *item = new DownloadItem(this, {fileName}, link);
     connect(item, &DownloadItem::finished, this, &ConfigDownloader::checkItems);
     m_items.append(item);
+    m_queued.insert(link, item);
 }
 
-bool ConfigDownloader::isTargetInUse(const DownloadItem *waiting) const
+void ConfigDownloader::removeItemAt(int index)
 {
-    // Two links under one name would write into one temporary file.
-    return std::any_of(m_items.cbegin(), m_items.cend(), [waiting](const DownloadItem *item) {
-        return item->state() == DownloadItem::State::Running &&
-               item->fileNames().constFirst() == waiting->fileNames().constFirst();
-    });
+    m_queued.remove(m_items.at(index)->link());
+    m_items.removeAt(index);
 }
 
 void ConfigDownloader::checkItems()
 {
-    int running = 0;
+    QStringList targets; // of the running ones
     for (int i = m_items.size() - 1; i >= 0; --i) {
         if (m_items.at(i)->state() == DownloadItem::State::Running)
-            ++running;
+            targets += m_items.at(i)->fileNames().constFirst();
         else if (m_items.at(i)->state() == DownloadItem::State::Done)
-            m_items.removeAt(i);
+            removeItemAt(i);
     }
 
-    for (int i = m_items.size() - 1; i >= 0 && running < maxRunning; --i) {
-        if (m_items.at(i)->state() != DownloadItem::State::Waiting || isTargetInUse(m_items.at(i)))
+    for (int i = m_items.size() - 1; i >= 0 && targets.size() < maxRunning; --i) {
+        const QString target = m_items.at(i)->fileNames().constFirst();
+        // Two links under one name would write into one temporary file.
+        if (m_items.at(i)->state() != DownloadItem::State::Waiting || targets.contains(target))
             continue;
         if (!m_items.at(i)->start()) {
-            m_items.removeAt(i);
+            removeItemAt(i);
             // From the event queue, so that no walk over the list runs inside another.
             QMetaObject::invokeMethod(this, "checkItems", Qt::QueuedConnection);
             break;
         }
-        ++running;
+        targets += target;
     }
 
     if (m_items.isEmpty())

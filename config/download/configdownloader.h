@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QHash>
 #include <QtCore/QJsonObject>
 #include <QtCore/QList>
 #include <QtCore/QObject>
@@ -49,9 +50,10 @@ public Q_SLOTS:
     void checkItems();
 
 private:
-    bool isTargetInUse(const DownloadItem *waiting) const;
+    void removeItemAt(int index);
 
     std::unique_ptr<KBaseTask> m_task;
     QString m_link;
     QList<DownloadItem *> m_items; ///< waiting and running ones; all items are children of this
+    QHash<QString, DownloadItem *> m_queued; ///< the same by their links
 };

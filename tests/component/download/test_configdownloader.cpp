@@ -144,6 +144,7 @@ private Q_SLOTS:
     void endsAtOnceWhenOffline();
     void skipsThePicturesWhenTheDocumentCannotBeWritten();
     void leavesNoPartOfADocumentWhenTheDiskIsFull();
+    void queuesVeryManyPicturesInNoTime();
     void twoLinksUnderOneNameDoNotMix();
     void finishesAtOnceWithoutPictures();
 
@@ -380,6 +381,20 @@ void TestConfigDownloader::leavesNoPartOfADocumentWhenTheDiskIsFull()
     QVERIFY(finished.wait());
     QCOMPARE(m_server->paths(), QStringList(documentPath));
     QVERIFY(!QFile::exists(Config::configFilePath())); // the built-in one will be used
+}
+
+void TestConfigDownloader::queuesVeryManyPicturesInNoTime()
+{
+    QJsonArray products;
+    const QString link = QStringLiteral("http://a-rather-long-host-name.invalid/pictures/%1.png");
+    for (int i = 0; i < 60000; ++i)
+        products += product(i, link.arg(i, 8, 10, QLatin1Char('0')));
+    const QJsonObject object = document({listed(products)}, plainOption());
+    ConfigDownloader downloader;
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(downloader.collectImages(object));
+    QVERIFY2(clock.elapsed() < 5000, QByteArray::number(clock.elapsed()).constData());
 }
 
 void TestConfigDownloader::twoLinksUnderOneNameDoNotMix()
