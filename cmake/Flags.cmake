@@ -1,6 +1,8 @@
 # One target carries the compiler flags of everything that is ours.
 
 set(CLIPWRIGHT_SANITIZE "" CACHE STRING "Sanitizers for -fsanitize=, empty for none")
+option(CLIPWRIGHT_FUZZ "Build the fuzz targets with libFuzzer; needs clang" OFF)
+option(CLIPWRIGHT_COVERAGE "Count the lines that run; for gcc" OFF)
 
 add_library(clipwright_flags INTERFACE)
 
@@ -24,4 +26,13 @@ if(CLIPWRIGHT_SANITIZE)
   target_compile_options(clipwright_flags INTERFACE
     -fsanitize=${CLIPWRIGHT_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   target_link_options(clipwright_flags INTERFACE -fsanitize=${CLIPWRIGHT_SANITIZE})
+endif()
+
+if(CLIPWRIGHT_FUZZ)
+  target_compile_options(clipwright_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
+if(CLIPWRIGHT_COVERAGE)
+  target_compile_options(clipwright_flags INTERFACE --coverage -fprofile-update=atomic)
+  target_link_options(clipwright_flags INTERFACE --coverage)
 endif()

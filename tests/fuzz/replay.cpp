@@ -1,0 +1,30 @@
+// Gives a fuzz target the files of the folders that are named, once each. With it the seeds, and
+// whatever else was once found, are tests in every build.
+
+#include "tests/fuzz/target.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+
+int main(int argc, char **argv)
+{
+    LLVMFuzzerInitialize(&argc, &argv);
+    int files = 0;
+    for (int i = 1; i < argc; ++i) {
+        const QDir folder(QFile::decodeName(argv[i]));
+        const QStringList names = folder.entryList(QDir::Files, QDir::Name);
+        for (const QString &name : names) {
+            QFile file(folder.filePath(name));
+            Fuzz::require(file.open(QIODevice::ReadOnly), "every file can be read");
+            std::printf("%s\n", qPrintable(name));
+            std::fflush(stdout);
+            const QByteArray content = file.readAll();
+            LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(content.constData()),
+                                   static_cast<std::size_t>(content.size()));
+            ++files;
+        }
+    }
+    Fuzz::require(files > 0, "there are seeds");
+    std::printf("%d files\n", files);
+    return 0;
+}
