@@ -205,6 +205,7 @@ bool Life::event(QEvent *event)
     do
         step();
     while (--left > 0 && m_rests == rests && !m_isAwaiting && m_window->isVisible());
+    m_hasStepped = true; // also when a dialog's loop ran in between
     return true;
 }
 

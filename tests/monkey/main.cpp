@@ -114,6 +114,7 @@ int main(int argc, char **argv)
     }
 
     std::printf("seed %s\n", qPrintable(parser.value(seed)));
+    std::fflush(stdout);
     std::optional<Walk> first;
     for (int i = 0; i < parser.value(repeat).toInt(); ++i) {
         const std::optional<Walk> next =
