@@ -110,6 +110,9 @@ bool ConfigDownloader::collectImages(const QJsonObject &document)
 
 void ConfigDownloader::addItem(const QString &fileName, const QString &link)
 {
+    // The system would cut the temporary file's name there, and leave another picture's.
+    if (fileName.contains(QChar::Null))
+        return;
     if (DownloadItem *known = m_queued.value(link)) {
         known->addFileName(fileName);
         return;

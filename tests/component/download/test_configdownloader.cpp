@@ -144,6 +144,7 @@ private Q_SLOTS:
     void endsAtOnceWhenOffline();
     void skipsThePicturesWhenTheDocumentCannotBeWritten();
     void leavesNoPartOfADocumentWhenTheDiskIsFull();
+    void fetchesNoPictureWhoseNameTheSystemWouldCut();
     void queuesVeryManyPicturesInNoTime();
     void twoLinksUnderOneNameDoNotMix();
     void finishesAtOnceWithoutPictures();
@@ -381,6 +382,17 @@ void TestConfigDownloader::leavesNoPartOfADocumentWhenTheDiskIsFull()
     QVERIFY(finished.wait());
     QCOMPARE(m_server->paths(), QStringList(documentPath));
     QVERIFY(!QFile::exists(Config::configFilePath())); // the built-in one will be used
+}
+
+void TestConfigDownloader::fetchesNoPictureWhoseNameTheSystemWouldCut()
+{
+    writeFile(image(QStringLiteral("pid_1.png")), previous);
+    const QString hostile = link(QStringLiteral("/a.png")) + QChar(QChar::Null);
+    m_server->answer(QStringLiteral("/a.png%00"), Answer::ok("half a pic").closedInBody(4));
+    serve(document({listed({product(1, hostile)})}, plainOption()));
+    QVERIFY(download());
+    QCOMPARE(m_server->paths(), QStringList(documentPath));
+    QCOMPARE(Sandbox::readFile(image(QStringLiteral("pid_1.png"))), previous);
 }
 
 void TestConfigDownloader::queuesVeryManyPicturesInNoTime()

@@ -51,6 +51,7 @@ private Q_SLOTS:
     void isNotAbortedAfterItsEnd();
     void cannotStartWithoutATemporaryFile_data();
     void cannotStartWithoutATemporaryFile();
+    void cannotStartUnderATooLongName();
     void savesUnderTheOtherNamesWhenOneCannotBeWritten();
     void usesTheSharedAccessManager();
     void mayBeDestroyedWhileItRuns();
@@ -343,6 +344,14 @@ void TestDownloadItem::cannotStartWithoutATemporaryFile()
     QTest::qWait(50);
     QCOMPARE(finished.count(), 0);
     QVERIFY(m_server->requests().isEmpty());
+}
+
+void TestDownloadItem::cannotStartUnderATooLongName()
+{
+    const QString link = m_server->url(QStringLiteral("/a.")) + QString(400, QLatin1Char('x'));
+    QVERIFY(!item({Config::productIconName(1, link)})->start());
+    QCOMPARE(images(), QStringList());
+    QCOMPARE(m_server->requests().size(), 0);
 }
 
 void TestDownloadItem::savesUnderTheOtherNamesWhenOneCannotBeWritten()
