@@ -230,6 +230,7 @@ private Q_SLOTS:
     void installerReceivesItsArguments();
     void installPathIsTheDefaultFolderWithoutARegisteredOne();
     void newVersionIsThatOfTheUpdateDescription();
+    void versionWithSwitchesIsOneArgument();
     void installerMayBeWrittenTo();
     void completedLookComesHalfASecondAfterTheInstaller();
     void actionIsDisabledExactlyWhileTheInstallerRuns();
@@ -756,6 +757,17 @@ void TestUpdateRun::newVersionIsThatOfTheUpdateDescription()
     window.show();
     installUpgrade(window);
     QCOMPARE(installerArguments().value(1), QStringLiteral("/NEWVER=\"8.0.0.1 (»Größe«)\""));
+}
+
+void TestUpdateRun::versionWithSwitchesIsOneArgument()
+{
+    const QString hostile = QStringLiteral("8\" \\\" /SOURCE=\"x\" %1 /RUN=\"evil.exe");
+    QVERIFY((*m_feed)->writeUpdateInfo(hostile));
+    MainWindow window(nullptr);
+    window.show();
+    installUpgrade(window);
+    QCOMPARE(installerArguments().size(), 8);
+    QCOMPARE(installerArguments().value(1), QStringLiteral("/NEWVER=\"%1\"").arg(hostile));
 }
 
 void TestUpdateRun::installerMayBeWrittenTo()

@@ -1,6 +1,8 @@
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
 
+#include <QtCore/QDir>
+#include <QtCore/QFile>
 #include <QtCore/QProcess>
 #include <QtTest/QTest>
 
@@ -14,6 +16,7 @@ private Q_SLOTS:
     void nameIsFreeAfterAKill();
     void otherNamesAreIndependent();
     void brokenMachineDoesNotLockOut();
+    void plantedLinkIsNotFollowed();
 };
 
 namespace {
@@ -95,6 +98,22 @@ void TestSingleInstance::brokenMachineDoesNotLockOut()
     const Sandbox sandbox;
     qputenv("XDG_RUNTIME_DIR", "/nowhere/at/all");
     QCOMPARE(Claim(name).answer(), claimed);
+}
+
+void TestSingleInstance::plantedLinkIsNotFollowed()
+{
+    const Sandbox sandbox;
+    // What the first claim leaves behind tells the name; then somebody was there before it.
+    const QString folder = sandbox.path(QStringLiteral("Runtime"));
+    QDir().mkpath(folder);
+    Claim(name).end();
+    const QStringList locks = QDir(folder).entryList(QDir::Files);
+    QCOMPARE(locks.size(), 1);
+    const QString lock = folder + QLatin1Char('/') + locks.constFirst();
+    QVERIFY(QFile::remove(lock));
+    QVERIFY(QFile::link(sandbox.path(QStringLiteral("made through the link")), lock));
+    QCOMPARE(Claim(name).answer(), claimed);
+    QVERIFY(!QFile::exists(sandbox.path(QStringLiteral("made through the link"))));
 }
 
 QTEST_GUILESS_MAIN(TestSingleInstance)
