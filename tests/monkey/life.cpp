@@ -135,12 +135,17 @@ void Life::live()
 void Life::watchHelper()
 {
     const NvUpgradeHelper *helper = NvUpgradeHelper::instance();
+    // From here on the other thread takes its time.
+    const auto count = [this](int &requests) {
+        ++requests;
+        m_isAwaiting = true;
+    };
     connect(
-        helper, &NvUpgradeHelper::s_checkUpgrade, this, [this] { ++m_checks; },
+        helper, &NvUpgradeHelper::s_checkUpgrade, this, [this, count] { count(m_checks); },
         Qt::DirectConnection);
     connect(
-        helper, &NvUpgradeHelper::s_startDownloadPackage, this, [this] { ++m_downloads; },
-        Qt::DirectConnection);
+        helper, &NvUpgradeHelper::s_startDownloadPackage, this,
+        [this, count] { count(m_downloads); }, Qt::DirectConnection);
     connect(helper, &NvUpgradeHelper::s_CheckFinish, this, [this](const checkOutParam &result) {
         ++m_answersHeard;
         m_offersHeard += result.errcode == 0 && result.needupgrade;
