@@ -7,35 +7,38 @@
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QWidget>
 
+namespace Look {
+
 namespace {
 
-constexpr qint64 maxPixels = qint64(4) * 1024 * 1024;
+/// Far more than any banner or icon has, and a hundredth of what a small file can decode to.
+constexpr qint64 maxPixels = 16777216;
 
-/// A file of some kilobytes may hold a picture of gigabytes. Its head tells.
-bool isEnormous(const QString &path)
+bool isTooLarge(const QString &path)
 {
-    const QSize size = path.isEmpty() ? QSize() : QImageReader(path).size();
+    if (path.isEmpty() || path.startsWith(QLatin1Char(':')))
+        return false;                             // the program's own
+    const QSize size = QImageReader(path).size(); // from the head of the file
     return qint64(size.width()) * size.height() > maxPixels;
 }
 
 } // namespace
 
-namespace Look {
-
 QString pictureStyle(const QString &path)
 {
-    if (isEnormous(path))
+    // Not even a quoted string can hold these.
+    static const QRegularExpression unspeakable(QStringLiteral("[\\x00-\\x1F\\x7F]"));
+    if (path.contains(unspeakable))
+        return {};
+
+    // The style sheet would decode it whole, whatever the widget's size.
+    if (isTooLarge(path))
         return {};
 
     // The style-sheet parser reads only these characters rightly in a bare url().
     static const QRegularExpression plain(QStringLiteral("\\A[A-Za-z0-9 /:._~-]+\\z"));
     if (plain.match(path).hasMatch())
         return QStringLiteral(".QWidget{border-image: url(") + path + QStringLiteral(");}");
-
-    // Not even a quoted string can hold these.
-    static const QRegularExpression unspeakable(QStringLiteral("[\\x00-\\x1F\\x7F]"));
-    if (path.contains(unspeakable))
-        return {};
 
     QString quoted = path;
     quoted.replace(QLatin1Char('\\'), QStringLiteral("\\\\"));

@@ -17,7 +17,6 @@ World::World()
         (m_orders = open(orders.constData(), O_RDWR | O_CLOEXEC)) < 0)
         qFatal("cannot make a pipe");
     qputenv("MONKEY_ORDERS", orders);
-    qputenv("MONKEY_RECORD", QFile::encodeName(m_sandbox.path(QStringLiteral("record.txt"))));
     m_sandbox.writeFile(QStringLiteral("UpdateInfo.json"), "{\"version\": \"8.0.0.1\"}\n");
     QDir().mkpath(m_sandbox->productDataDir());
     m_sandbox->writeProductIni(QStringLiteral("ENG"));
@@ -30,7 +29,11 @@ World::~World()
 
 void World::reset()
 {
-    QFile::remove(m_sandbox.path(QStringLiteral("record.txt")));
+    // A new record for each life: a launched program is nobody's child, and may write when another
+    // life has begun.
+    QFile::remove(recordFile());
+    ++m_lives;
+    qputenv("MONKEY_RECORD", QFile::encodeName(recordFile()));
     for (const Program program : {Program::Uninstaller, Program::UpdateInstaller, Program::Product})
         set(program, Condition::Whole);
     m_sandbox.writeFile(QDir(m_sandbox.path(QString())).relativeFilePath(m_sandbox->installDir()) +
@@ -75,7 +78,12 @@ void World::tellChild(int exitCode) const
 
 QStringList World::record() const
 {
-    return Sandbox::readLines(m_sandbox.path(QStringLiteral("record.txt")));
+    return Sandbox::readLines(recordFile());
+}
+
+QString World::recordFile() const
+{
+    return m_sandbox.path(QStringLiteral("record-%1.txt").arg(m_lives));
 }
 
 QString World::updateDescription() const

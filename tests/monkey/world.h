@@ -34,8 +34,10 @@ public:
     QString updateDescription() const;
 
 private:
+    QString recordFile() const;
     QString fileOf(Program program) const;
 
     Sandbox m_sandbox;
+    int m_lives = 0;
     int m_orders = -1;
 };
