@@ -127,11 +127,11 @@ void TestUpgradePage::upgradeIsReadAloud()
     page.showCompleted();
     read += page.accessibleName();
     const QString upgrading = QStringLiteral("Upgrading, please wait... ");
-    QCOMPARE(read, (QStringList{upgrading + QStringLiteral("0%"), upgrading + QStringLiteral("12%"),
-                                upgrading + QStringLiteral("31%"),
-                                upgrading + QStringLiteral("100%"),
-                                QStringLiteral("Upgrade completed "
-                                               "The new version is more stable and faster!")}));
+    QCOMPARE(read,
+             (QStringList{upgrading + QStringLiteral("0%"), upgrading + QStringLiteral("12%"),
+                          upgrading + QStringLiteral("31%"), upgrading + QStringLiteral("100%"),
+                          QStringLiteral("Upgrade completed "
+                                         "The new version is more stable and faster!")}));
 }
 
 QTEST_MAIN(TestUpgradePage)
