@@ -151,7 +151,9 @@ def first_start_offline(fault):
 
 
 bad_document("accepted, then silent", accept=lambda exchange: exchange.stall(), **FULL_TIME)
-bad_document("connection reset at once", accept=lambda exchange: exchange.reset())
+# A reset that comes while the framework still connects may never be told by it, on a busy machine in
+# one case of ten. Then the limit of the loading phase ends the wait.
+bad_document("connection reset at once", accept=lambda exchange: exchange.reset(), within=12.0)
 bad_document("connection closed at once", accept=lambda exchange: exchange.connection.close())
 bad_document("answer of random bytes", accept=lambda exchange: exchange.send(bytes(range(256)) * 8))
 bad_document("reset in the middle of the document", reset_in_the_middle)
