@@ -2,6 +2,7 @@
 #include "app/startup.h"
 #include "net/knetworkproxymgr.h"
 #include "platform/display.h"
+#include "platform/entry.h"
 #include "platform/singleinstance.h"
 #include "upgrade/nvupgradehelper.h"
 
@@ -57,7 +58,7 @@ void endWithoutGlobalsWhileLibraryWorks()
 
 } // namespace
 
-int main(int argc, char **argv)
+int programMain(int argc, char **argv)
 {
     if (!Platform::claimSingleInstance("Norvane Clipwright Uninstaller")) {
         QThread::msleep(secondCopyPauseMs);

@@ -1,4 +1,7 @@
-// The GUI entry of the Windows build: hands the process's command line to the main routine.
+// Hands the process's command line to the main routine. Ours, not Qt's own: arguments are narrowed
+// to the ANSI code page here.
+
+#include "platform/entry.h"
 
 #include <vector>
 
@@ -6,8 +9,6 @@
 #include <windows.h>
 #include <shellapi.h>
 // clang-format on
-
-int main(int argc, char **argv);
 
 namespace {
 
@@ -39,5 +40,5 @@ int WINAPI WinMain(HINSTANCE /*instance*/, HINSTANCE /*previous*/, LPSTR /*comma
     for (std::vector<char> &argument : arguments)
         argv.push_back(argument.data());
     argv.push_back(nullptr);
-    return main(argc, argv.data());
+    return programMain(argc, argv.data());
 }
