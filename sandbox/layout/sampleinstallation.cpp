@@ -1,9 +1,10 @@
 #include "sandbox/layout/sampleinstallation.h"
 
+#include "sandbox/layout/systemvalues.h"
+
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
-#include <QtCore/QSettings>
 
 namespace {
 
@@ -145,28 +146,34 @@ bool SampleInstallation::writeProductIni(const QString &language) const
 
 void SampleInstallation::setSystemValue(const QString &key, const QString &value) const
 {
-    QSettings settings(path(QStringLiteral("system.ini")), QSettings::IniFormat);
-    settings.setIniCodec("UTF-8");
-    settings.setValue(key, value);
+    SystemValues::set(m_root, key, value);
 }
 
 void SampleInstallation::removeSystemValue(const QString &key) const
 {
-    QSettings settings(path(QStringLiteral("system.ini")), QSettings::IniFormat);
-    settings.setIniCodec("UTF-8");
-    settings.remove(key);
+    SystemValues::remove(m_root, key);
+}
+
+void SampleInstallation::clearSystemValues() const
+{
+    SystemValues::clear(m_root);
+}
+
+bool SampleInstallation::canPretendOffline()
+{
+    return SystemValues::canPretendOffline();
 }
 
 QMap<QString, QString> SampleInstallation::environment() const
 {
     const QString temp = path(QStringLiteral("Temp"));
-    return {{QStringLiteral("ProgramData"), path(QStringLiteral("ProgramData"))},
-            {QStringLiteral("ProgramFiles"), path(QStringLiteral("Program Files"))},
-            {QStringLiteral("TMPDIR"), temp},
-            {QStringLiteral("TMP"), temp},
-            {QStringLiteral("TEMP"), temp},
-            {QStringLiteral("XDG_RUNTIME_DIR"), path(QStringLiteral("Runtime"))},
-            {QStringLiteral("CLIPWRIGHT_SYSTEM_INI"), path(QStringLiteral("system.ini"))}};
+    QMap<QString, QString> environment = SystemValues::environment(m_root);
+    environment.insert(QStringLiteral("ProgramData"), path(QStringLiteral("ProgramData")));
+    environment.insert(QStringLiteral("ProgramFiles"), path(QStringLiteral("Program Files")));
+    for (const char *variable : {"TMPDIR", "TMP", "TEMP"})
+        environment.insert(QString::fromLatin1(variable), temp);
+    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), path(QStringLiteral("Runtime")));
+    return environment;
 }
 
 QString SampleInstallation::path(const QString &relative) const

@@ -39,6 +39,10 @@ public:
     /// Sets a value of the registry, or of the machine's state ("System/Online").
     void setSystemValue(const QString &key, const QString &value) const;
     void removeSystemValue(const QString &key) const;
+    void clearSystemValues() const;
+
+    /// Whether "System/Online" has any effect here.
+    static bool canPretendOffline();
 
     /// What a program needs in its environment to see this installation.
     QMap<QString, QString> environment() const;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "sandbox/programs/process.h"
+
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -37,12 +39,17 @@ inline std::string value(const Instructions &instructions, const std::string &ke
 }
 
 /// Writes the arguments of this start, and beside them a line for each start so far.
-inline void recordArguments(const std::filesystem::path &file, int argc, char **argv)
+inline void recordArguments(const std::filesystem::path &file,
+                            const std::vector<std::string> &arguments)
 {
     std::ofstream stream(file, std::ios::binary | std::ios::trunc);
-    for (int i = 1; i < argc; ++i)
-        stream << argv[i] << '\n';
-    std::ofstream(file.string() + ".starts", std::ios::binary | std::ios::app) << "started\n";
+    for (const std::string &argument : arguments)
+        stream << argument << '
+';
+    std::filesystem::path starts = file;
+    starts += ".starts";
+    std::ofstream(starts, std::ios::binary | std::ios::app) << "started
+";
 }
 
 /// Waits "delay" milliseconds, then, if "end" says so, hangs for good or crashes.
@@ -52,7 +59,7 @@ inline void waitOrEnd(const Instructions &instructions)
         std::chrono::milliseconds(std::atoi(value(instructions, "delay").c_str())));
     const std::string end = value(instructions, "end");
     if (end == "crash")
-        std::abort();
+        crash();
     while (end == "hang")
         std::this_thread::sleep_for(std::chrono::hours(1));
 }

@@ -4,7 +4,7 @@
 
 int main(int argc, char **argv)
 {
-    const std::filesystem::path program = std::filesystem::absolute(argv[0]);
-    Sample::recordArguments(program.parent_path() / "launched.txt", argc, argv);
+    const auto [program, arguments] = Sample::invocation(argc, argv);
+    Sample::recordArguments(program.parent_path() / "launched.txt", arguments);
     return 0;
 }

@@ -25,7 +25,7 @@ void removeWithEmptyFolders(const fs::path &root, const fs::path &relative)
 
 int main(int argc, char **argv)
 {
-    const fs::path program = fs::absolute(argv[0]);
+    const auto [program, arguments] = Sample::invocation(argc, argv);
     fs::path dat = program;
     dat.replace_extension(".dat");
     if (!fs::exists(dat)) {
@@ -33,26 +33,25 @@ int main(int argc, char **argv)
         return 2;
     }
     const Sample::Instructions instructions = Sample::readInstructions(dat);
-    Sample::recordArguments(fs::u8path(Sample::value(instructions, "record")), argc, argv);
+    Sample::recordArguments(fs::u8path(Sample::value(instructions, "record")), arguments);
     Sample::waitOrEnd(instructions);
 
     const int exitCode = std::atoi(Sample::value(instructions, "exit").c_str());
     if (exitCode != 0)
         return exitCode;
 
-    const bool removeResources = std::any_of(argv + 1, argv + argc, [](const char *argument) {
-        return argument == std::string("/DELRESOURCE");
-    });
+    const bool removeResources =
+        std::find(arguments.begin(), arguments.end(), "/DELRESOURCE") != arguments.end();
     const fs::path root = program.parent_path();
     for (const auto &[key, text] : instructions) {
         if (key == "file" || (key == "resource" && removeResources))
             removeWithEmptyFolders(root, fs::u8path(text));
     }
 
-    // Itself last, as setup uninstallers do; a system that keeps running programs keeps this one.
+    // Itself last, as setup uninstallers do.
     std::error_code ignored;
     fs::remove(dat, ignored);
-    fs::remove(program, ignored);
+    Sample::removeItself(program);
     fs::remove(root, ignored);
     return 0;
 }

@@ -11,11 +11,10 @@ namespace fs = std::filesystem;
 namespace {
 
 // The text between the quotes of /KEY="text" among the arguments.
-std::string switchText(int argc, char **argv, const std::string &key)
+std::string switchText(const std::vector<std::string> &arguments, const std::string &key)
 {
     const std::string head = "/" + key + "=\"";
-    for (int i = 1; i < argc; ++i) {
-        const std::string argument = argv[i];
+    for (const std::string &argument : arguments) {
         if (argument.rfind(head, 0) == 0 && argument.back() == '"')
             return argument.substr(head.size(), argument.size() - head.size() - 1);
     }
@@ -24,27 +23,27 @@ std::string switchText(int argc, char **argv, const std::string &key)
 
 void setVersion(const fs::path &ini, const std::string &version)
 {
-    std::ifstream in(ini);
+    std::ifstream in(ini, std::ios::binary);
     std::ostringstream changed;
     for (std::string line; std::getline(in, line);)
         changed << (line.rfind("Version=", 0) == 0 ? "Version=" + version : line) << '\n';
     in.close();
-    std::ofstream(ini, std::ios::trunc) << changed.str();
+    std::ofstream(ini, std::ios::binary | std::ios::trunc) << changed.str();
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
-    fs::path orders = fs::absolute(argv[0]);
+    const auto [program, arguments] = Sample::invocation(argc, argv);
+    fs::path orders = program;
     orders.replace_extension(".txt");
     const Sample::Instructions instructions = Sample::readInstructions(orders);
-    Sample::recordArguments(fs::u8path(Sample::value(instructions, "record")), argc, argv);
+    Sample::recordArguments(fs::u8path(Sample::value(instructions, "record")), arguments);
     Sample::waitOrEnd(instructions);
 
     const int exitCode = std::atoi(Sample::value(instructions, "exit").c_str());
     if (exitCode == 0)
-        setVersion(fs::u8path(Sample::value(instructions, "ini")),
-                   switchText(argc, argv, "NEWVER"));
+        setVersion(fs::u8path(Sample::value(instructions, "ini")), switchText(arguments, "NEWVER"));
     return exitCode;
 }

@@ -1,8 +1,12 @@
 #include "tests/support/sandbox.h"
 
+#include "analytics/session.h"
+
+#include <QtCore/QDeadlineTimer>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
+#include <QtCore/QThread>
 
 Sandbox::Sandbox(Content content)
     : m_folder(QDir::tempPath() + QStringLiteral("/clipwright tëst-XXXXXX"))
@@ -16,12 +20,15 @@ Sandbox::Sandbox(Content content)
         qputenv(name.constData(), QFile::encodeName(variable.value()));
     }
     QDir().mkpath(path(QStringLiteral("Temp")));
+    m_installation.clearSystemValues();
     if (content == Content::Installation && !m_installation.write())
         qFatal("cannot write the sample installation");
 }
 
 Sandbox::~Sandbox()
 {
+    Analytics::stopAnalytics(); // some systems remove no folder with an open file in it
+    m_installation.clearSystemValues();
     for (auto variable = m_previousEnvironment.begin(); variable != m_previousEnvironment.end();
          ++variable) {
         const QByteArray name = variable.key().toLatin1();
@@ -29,6 +36,17 @@ Sandbox::~Sandbox()
             qunsetenv(name.constData());
         else
             qputenv(name.constData(), variable.value());
+    }
+
+    // What has just ended may hold its files for a moment longer.
+    m_folder.setAutoRemove(false);
+    const QDeadlineTimer deadline(2000);
+    while (!QDir(m_folder.path()).removeRecursively()) {
+        if (deadline.hasExpired()) {
+            qWarning("cannot remove %s", qPrintable(m_folder.path()));
+            break;
+        }
+        QThread::msleep(50);
     }
 }
 

@@ -1,5 +1,7 @@
 #include "tests/support/scriptedserver.h"
 
+#include "tests/support/machine.h"
+
 #include <QtCore/QTimer>
 #include <QtNetwork/QHostAddress>
 #include <algorithm>
@@ -142,6 +144,7 @@ public:
     Q_DISABLE_COPY(Connection)
 
     void send();
+    bool isOpen() const { return !Machine::isLeft(m_socket->socketDescriptor()); }
 
 private:
     void expectRequest();
@@ -264,7 +267,7 @@ void ScriptedServer::Connection::endWhenWritten()
         m_socket->disconnectFromHost();
         break;
     case Answer::End::Reset:
-        m_socket->abort();
+        QTimer::singleShot(Machine::resetPauseMs(), this, [this] { m_socket->abort(); });
         break;
     }
 }
@@ -328,6 +331,13 @@ void ScriptedServer::take(Connection *connection, const Request &request, const 
     else
         QTimer::singleShot(answer.m_delay, connection, [connection] { connection->send(); });
     Q_EMIT requested();
+}
+
+int ScriptedServer::openRequests() const
+{
+    return static_cast<int>(
+        std::count_if(m_open.begin(), m_open.end(),
+                      [](const Connection *connection) { return connection->isOpen(); }));
 }
 
 void ScriptedServer::forget(Connection *connection)

@@ -113,7 +113,7 @@ public:
     QStringList paths() const;
 
     /// Requests without a complete answer whose connection is open: now, and at most so far.
-    int openRequests() const { return m_open.size(); }
+    int openRequests() const;
     int mostOpenRequests() const { return m_mostOpenRequests; }
 
 Q_SIGNALS:

@@ -39,7 +39,7 @@ const QByteArray earlierDocument =
 const QByteArray earlierPicture = "earlier picture";
 
 constexpr int limitMs = 10000;
-constexpr int startMs = 4000; // for a process on a busy machine
+constexpr int startMs = 8000; // for a process on a busy machine
 
 QByteArray freshDocument(const ScriptedServer &server)
 {

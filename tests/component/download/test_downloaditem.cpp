@@ -1,6 +1,7 @@
 #include "config/content/configcontent.h"
 #include "config/download/downloaditem.h"
 #include "net/sharedaccessmanager.h"
+#include "tests/support/machine.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/scriptedserver.h"
 #include "tests/support/testcase.h"
@@ -199,8 +200,9 @@ void TestDownloadItem::keepsThePreviousPictureWhenTheDiskIsFull()
     QVERIFY(previous.open(QIODevice::WriteOnly));
     previous.write("previous picture");
     previous.close();
-    // A file that opens and takes nothing.
-    QVERIFY(QFile::link(QStringLiteral("/dev/full"), image(QStringLiteral("pid_1.png.~tmp"))));
+    if (!Machine::canFillDisk())
+        QSKIP("no file here opens for writing and takes nothing");
+    QVERIFY(Machine::makeFull(image(QStringLiteral("pid_1.png.~tmp"))));
     m_server->answer(QStringLiteral("/a.png"), Answer::ok("picture"));
     const auto item = this->item({QStringLiteral("pid_1.png")});
     QSignalSpy finished(item.get(), &DownloadItem::finished);

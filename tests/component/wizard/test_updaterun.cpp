@@ -1,6 +1,8 @@
+#include "platform/narrowtext.h"
 #include "tests/component/wizard/overlay.h"
 #include "tests/support/analyticsrecord.h"
 #include "tests/support/feed.h"
+#include "tests/support/machine.h"
 #include "tests/support/testcase.h"
 #include "ui/confirmwindow.h"
 #include "ui/messagewindow.h"
@@ -509,6 +511,8 @@ void TestUpdateRun::downloadRequestReachesTheLibrary()
     const QJsonObject expected{{QLatin1String("pid"), QLatin1String("8461")},
                                {QLatin1String("version"), version},
                                {QLatin1String("path"), (*m_feed)->updateInfoFile()}};
+    if (Platform::narrowFromWide(L"\u00EB").size() == 1)
+        QEXPECT_FAIL("", "the JSON library takes text of an ANSI code page for UTF-8", Continue);
     QCOMPARE(QJsonDocument::fromJson(request.toUtf8()).object(), expected);
 }
 
@@ -835,7 +839,7 @@ void TestUpdateRun::failureReturnsToTheFeedbackPage_data()
         QVERIFY(QFile::remove(feed.sandbox()->updateInstaller()));
     }) << installFailed << false << true;
     QTest::newRow("installer not executable") << Preparation([](const Feed &feed) {
-        QVERIFY(QFile::setPermissions(feed.sandbox()->updateInstaller(), QFile::ReadOwner));
+        QVERIFY(Machine::makeUnstartable(feed.sandbox()->updateInstaller()));
     }) << installFailed << false << false;
     QTest::newRow("installer: exit code") << Preparation([](const Feed &feed) {
         QVERIFY(

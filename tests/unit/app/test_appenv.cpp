@@ -235,6 +235,8 @@ void TestAppEnv::onlineStateComesFromTheMachine()
 {
     const Sandbox sandbox;
     QVERIFY(AppEnv::isNetworkOnline());
+    if (!SampleInstallation::canPretendOffline())
+        QSKIP("this system's word that it is online cannot be changed for a test");
     sandbox->setSystemValue(QStringLiteral("System/Online"), QStringLiteral("false"));
     QVERIFY(!AppEnv::isNetworkOnline());
 }

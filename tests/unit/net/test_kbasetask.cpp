@@ -448,7 +448,7 @@ void TestKBaseTask::followsAChainOfRedirectsAndFinishesOnce()
             statuses += QString::number(task.status());
     });
     task.start();
-    QVERIFY(finished.wait());
+    QVERIFY(finished.wait(30000));
     QCOMPARE(statuses, QStringList());
     QCOMPARE(finished.count(), 1);
     QCOMPARE(task.status(), KBaseTask::TaskSucceeded);

@@ -50,9 +50,9 @@ void TestLook::pictureIsShownWhateverItsName_data()
     for (const char *name :
          {"plain.png", "with blank.png", "open(paren.png", "closing)paren.png", "O'Brien.png",
           "bra{ce}s.png", "semi;colon.png", "per%20cent.png", "amper&sand.png", "at@2.png",
-          "J\xC3\xB6rg.png", "\xE5\x8B\x95\xE7\x94\xBB.png", "a.png);}*{background:blue",
+          "J\xC3\xB6rg.png", "\xE5\x8B\x95\xE7\x94\xBB.png",
 #ifndef Q_OS_WIN // names that its file systems refuse
-          "quo\"te.png", "back\\slash.png"
+          "quo\"te.png", "back\\slash.png", "a.png);}*{background:blue"
 #endif
          })
         QTest::newRow(name) << QString::fromUtf8(name);

@@ -1,3 +1,4 @@
+#include "platform/narrowtext.h"
 #include "tests/support/feed.h"
 #include "tests/support/testcase.h"
 #include "upgrade/nvupgradehelper.h"
@@ -439,7 +440,7 @@ void TestNvUpgradeHelper::checkResultArrivesInTheGuiThread()
     QVERIFY(!result.forceupgrade);
     QCOMPARE(bytes(result.upgradeVersion), version.toUtf8());
     QCOMPARE(qint64(result.packageSize), SampleFeed::defaultPackageBytes);
-    QCOMPARE(QString::fromStdString(result.path), (*m_feed)->updateInfoFile());
+    QCOMPARE(Platform::fileNameFromNarrow(result.path), (*m_feed)->updateInfoFile());
     QCOMPARE(bytes(result.requestId), QByteArray("{check}"));
 }
 
@@ -450,7 +451,7 @@ void TestNvUpgradeHelper::checkResultIsStoredWithoutItsRequestId()
     const checkOutParam stored = NvUpgradeHelper::instance()->checkResult();
     QVERIFY(stored.needupgrade);
     QCOMPARE(bytes(stored.upgradeVersion), version.toUtf8());
-    QCOMPARE(QString::fromStdString(stored.path), (*m_feed)->updateInfoFile());
+    QCOMPARE(Platform::fileNameFromNarrow(stored.path), (*m_feed)->updateInfoFile());
     QVERIFY(stored.requestId.empty());
 }
 
@@ -704,7 +705,7 @@ void TestNvUpgradeHelper::downloadResultIsStoredWithItsRequestId()
     QCOMPARE(stored.errcode, 0);
     QVERIFY(stored.downloaded);
     QCOMPARE(bytes(stored.version), version.toUtf8());
-    QCOMPARE(QString::fromStdString(stored.path), (*m_feed)->target());
+    QCOMPARE(Platform::fileNameFromNarrow(stored.path), (*m_feed)->target());
     QCOMPARE(bytes(stored.requestId), QByteArray("{download}"));
     QCOMPARE(Sandbox::readFile((*m_feed)->target()), Sandbox::readFile((*m_feed)->packageFile()));
 }

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QtGlobal>
+
+/// Accidents that each system has in its own way.
+namespace Machine {
+
+/// Makes a program one that the system refuses to start.
+bool makeUnstartable(const QString &program);
+
+/// Whether there is a file here that opens for writing and takes nothing, as on a full disk.
+bool canFillDisk();
+
+/// Puts such a file at a path.
+bool makeFull(const QString &fileName);
+
+/// Whether a process that is asked for starts only when events are handled again.
+bool startsProcessesLater();
+
+/// Whether the other end has left a connection and the system has failed to tell.
+bool isLeft(qintptr socketDescriptor);
+
+/// How long a connection must rest before its reset, for the other end to hear of it.
+int resetPauseMs();
+
+} // namespace Machine

@@ -1,0 +1,43 @@
+#include "tests/support/machine.h"
+
+#include <QtCore/QFile>
+
+#include <winsock2.h>
+
+namespace Machine {
+
+bool makeUnstartable(const QString &program)
+{
+    QFile file(program);
+    return file.open(QIODevice::WriteOnly) && file.write("no program") > 0;
+}
+
+bool canFillDisk()
+{
+    return false;
+}
+
+bool makeFull(const QString & /*fileName*/)
+{
+    return false;
+}
+
+bool startsProcessesLater()
+{
+    return false;
+}
+
+// Wine may not tell.
+bool isLeft(qintptr socketDescriptor)
+{
+    char byte = 0;
+    const int read = recv(static_cast<SOCKET>(socketDescriptor), &byte, 1, MSG_PEEK);
+    return read == 0 || (read == SOCKET_ERROR && WSAGetLastError() != WSAEWOULDBLOCK);
+}
+
+int resetPauseMs()
+{
+    return 200; // Wine loses a reset that comes on the heels of data
+}
+
+} // namespace Machine
