@@ -10,13 +10,24 @@ set(CLIPWRIGHT_TEST_ENVIRONMENT
   "TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/tsan.supp:halt_on_error=1"
   UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1)
 
+# A static Qt has only the platforms that are linked in.
+function(clipwright_link_offscreen_platform target)
+  if(TARGET Qt5::QOffscreenIntegrationPlugin)
+    set_property(TARGET ${target} APPEND PROPERTY QT_PLUGINS Qt5::QOffscreenIntegrationPlugin)
+  endif()
+endfunction()
+
 function(clipwright_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "SERIAL" "TIMEOUT" "SOURCES;LINKS;LABELS;VARIANTS")
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 60)
   endif()
+  if(CMAKE_CROSSCOMPILING)
+    math(EXPR arg_TIMEOUT "${arg_TIMEOUT} * 4") # an emulator takes its time
+  endif()
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE ${arg_LINKS} test_support Qt5::Test clipwright_flags)
+  clipwright_link_offscreen_platform(${name})
   if(NOT arg_VARIANTS)
     set(arg_VARIANTS ":")
   endif()

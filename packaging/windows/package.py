@@ -1,0 +1,148 @@
+#!/usr/bin/python3
+"""Makes dist/: the stripped program and its zip, debug symbols beside.
+
+usage: package.py --build DIR --sysroot DIR --out DIR
+"""
+
+import argparse
+import os
+import pathlib
+import re
+import shlex
+import shutil
+import subprocess
+import sys
+import zipfile
+
+HERE = pathlib.Path(__file__).resolve().parent
+TOOL = "x86_64-w64-mingw32-"
+PROGRAM = "clipwright-uninstaller.exe"
+CLOSED_LIBRARIES = ["data_api.dll", "nvUpgrade.dll"]
+
+# What the distribution's packages say of what is linked or compiled in from them.
+PACKAGE_LICENCES = {
+    "gcc-runtime.txt": "gcc-mingw-w64-base",
+    "mingw-w64-runtime.txt": "mingw-w64-x86-64-dev",
+    "noto-font.txt": "fonts-noto-core",
+}
+
+
+def run(*command, **options):
+    return subprocess.run([str(part) for part in command], check=True, encoding="utf-8",
+                          stdout=subprocess.PIPE, **options).stdout
+
+
+def version_of(build):
+    cache = (build / "CMakeCache.txt").read_text(encoding="utf-8")
+    return re.search(r"^CMAKE_PROJECT_VERSION:STATIC=(.*)$", cache, re.M).group(1)
+
+
+def imported_libraries(program):
+    return sorted(set(re.findall(r"DLL Name: (\S+)", run(TOOL + "objdump", "-p", program))),
+                  key=str.lower)
+
+
+def check_imports(program, allowed):
+    """Prints what a program imports; nothing beyond the allowed list may be among it."""
+    found = imported_libraries(program)
+    print(f"{program.name} imports {', '.join(found)}")
+    beyond = [name for name in found if name.lower() not in allowed]
+    if beyond:
+        sys.exit(f"{program.name}: not allowed are {', '.join(beyond)}")
+
+
+def strip(source, target, symbols):
+    """Copies a program without its debug symbols, which go to a file of their own."""
+    symbol_file = symbols / (source.name + ".debug")
+    run(TOOL + "objcopy", "--only-keep-debug", source, symbol_file)
+    run(TOOL + "objcopy", "--strip-all", f"--add-gnu-debuglink={symbol_file}", source, target)
+
+
+def copy_licences(sysroot, target):
+    shutil.copytree(sysroot / "share/licences", target)
+    for file, package in PACKAGE_LICENCES.items():
+        shutil.copyfile(f"/usr/share/doc/{package}/copyright", target / file)
+
+
+def link_command(build):
+    commands = run("ninja", "-C", build, "-t", "commands", "bin/" + PROGRAM).splitlines()
+    return next(line for line in reversed(commands) if f"-o bin/{PROGRAM}" in line)
+
+
+def write_relinking(build, sysroot, target):
+    """Our object files, and the command that links them with a Qt of the maker's choice."""
+    target.mkdir()
+    words = []
+    for word in shlex.split(link_command(build).removeprefix(": && ").removesuffix(" && :")):
+        file = build / word
+        if os.path.isabs(word):
+            words.append(word)
+        elif file.suffix in (".obj", ".a", ".res") and file.exists() and word != "":
+            copy = target / word
+            copy.parent.mkdir(parents=True, exist_ok=True)
+            run(TOOL + "objcopy", "--strip-debug", file, copy)
+            words.append(word)
+        else:
+            words.append(word.replace(f"-o bin/{PROGRAM}", f"-o {PROGRAM}"))
+    words[0] = TOOL + "g++-posix"
+    words = [PROGRAM if word == f"bin/{PROGRAM}" else word for word in words
+             if "--out-implib" not in word]
+    lines = []
+    for word in words:
+        quoted = shlex.quote(word)
+        lines.append('"$SYSROOT"' + quoted[len(str(sysroot)):] if quoted.startswith(str(sysroot))
+                     else quoted)
+    if any(str(sysroot) in line for line in lines):
+        sys.exit("the link command names the sysroot in a way that is not understood")
+    (target / "link.sh").write_text(
+        "#!/bin/sh\n"
+        "# Links the program again: SYSROOT names a folder with a static Qt 5.15 and jsoncpp.\n"
+        ': "${SYSROOT:?}"\ncd "$(dirname "$0")" || exit\nexec ' + " \\\n  ".join(lines) + "\n",
+        encoding="utf-8", newline="\n")
+
+
+def write_zip(folder, file):
+    """The same files make the same zip: sorted, with one time."""
+    with zipfile.ZipFile(file, "w", zipfile.ZIP_DEFLATED, compresslevel=9) as archive:
+        for path in sorted(path for path in folder.rglob("*") if path.is_file()):
+            entry = zipfile.ZipInfo(str(path.relative_to(folder.parent)), (1980, 1, 1, 0, 0, 0))
+            entry.compress_type = zipfile.ZIP_DEFLATED
+            entry.external_attr = (0o755 if path.suffix in (".exe", ".sh") else 0o644) << 16
+            archive.writestr(entry, path.read_bytes())
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    for option in ("--build", "--sysroot", "--out"):
+        parser.add_argument(option, type=pathlib.Path, required=True)
+    arguments = parser.parse_args()
+    build, out = arguments.build.resolve(), arguments.out.resolve()
+    sysroot = arguments.sysroot  # as the build names it
+
+    name = f"clipwright-uninstaller-{version_of(build)}-windows-x86_64"
+    shutil.rmtree(out, ignore_errors=True)
+    folder, symbols = out / name, out / (name + "-symbols")
+    (folder / "stand-ins").mkdir(parents=True)
+    symbols.mkdir()
+
+    allowed = {line.lower() for line in
+               (HERE / "allowed-dlls.txt").read_text(encoding="ascii").split("\n")
+               if line and not line.startswith("#")}
+    strip(build / "bin" / PROGRAM, folder / PROGRAM, symbols)
+    check_imports(folder / PROGRAM, allowed)
+    for library in CLOSED_LIBRARIES:
+        strip(build / "bin" / library, folder / "stand-ins" / library, symbols)
+        check_imports(folder / "stand-ins" / library, allowed)
+
+    for text in ("README.txt", "stand-ins/README.txt"):
+        shutil.copyfile(HERE / "zip" / text, folder / text)
+    copy_licences(sysroot, folder / "licences")
+    write_relinking(build, sysroot, folder / "relink")
+    shutil.copyfile(HERE / "zip/relink/README.txt", folder / "relink/README.txt")
+    write_zip(folder, out / (name + ".zip"))
+    for path in sorted([*out.glob("*.zip"), folder / PROGRAM]):
+        print(f"{path.relative_to(out.parent)}: {path.stat().st_size / 1e6:.1f} MB")
+
+
+if __name__ == "__main__":
+    main()
