@@ -1,8 +1,9 @@
 # clipwright_test(<name> SOURCES <file>... [LINKS <lib>...] [LABELS <label>...] [TIMEOUT <s>]
 #                 [SERIAL] [VARIANTS <suffix>:<variable>=<value>[|<variable>=<value>]...]
+#                 [NOT_ON_WINDOWS <reason> NOT_ON_WINDOWS_IF <regex>]
 #
 # One Qt Test executable, run offscreen; once, or once for each variant with its environment. A
-# warning that the test did not announce with QTest::ignoreMessage() fails it.
+# warning that the test did not announce with QTest::ignoreMessage() fails it. Variants whose names match the expression are skipped on Windows.
 set(CLIPWRIGHT_TEST_ENVIRONMENT
   QT_QPA_PLATFORM=offscreen
   QT_LOGGING_RULES=qt.qpa.*=false
@@ -17,8 +18,14 @@ function(clipwright_link_offscreen_platform target)
   endif()
 endfunction()
 
+# A test that cannot run on this side is listed all the same, and skipped with its reason.
+function(clipwright_test_of_the_other_side name reason)
+  add_test(NAME ${name} COMMAND sh -c "echo 'SKIPPED: ${reason}'; exit 77")
+  set_tests_properties(${name} PROPERTIES SKIP_RETURN_CODE 77)
+endfunction()
+
 function(clipwright_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "SERIAL" "TIMEOUT" "SOURCES;LINKS;LABELS;VARIANTS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "SERIAL" "TIMEOUT;NOT_ON_WINDOWS;NOT_ON_WINDOWS_IF" "SOURCES;LINKS;LABELS;VARIANTS")
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 60)
   endif()
@@ -38,6 +45,10 @@ function(clipwright_test name)
       set(test ${name}_${CMAKE_MATCH_1})
     endif()
     string(REPLACE "|" ";" environment "${CMAKE_MATCH_2}")
+    if(arg_NOT_ON_WINDOWS AND WIN32 AND test MATCHES "${arg_NOT_ON_WINDOWS_IF}")
+      clipwright_test_of_the_other_side(${test} "${arg_NOT_ON_WINDOWS}")
+      continue()
+    endif()
     add_test(NAME ${test} COMMAND ${name})
     set_tests_properties(${test} PROPERTIES
       ENVIRONMENT "${CLIPWRIGHT_TEST_ENVIRONMENT};${environment}"

@@ -44,12 +44,10 @@ inline void recordArguments(const std::filesystem::path &file,
 {
     std::ofstream stream(file, std::ios::binary | std::ios::trunc);
     for (const std::string &argument : arguments)
-        stream << argument << '
-';
+        stream << argument << '\n';
     std::filesystem::path starts = file;
     starts += ".starts";
-    std::ofstream(starts, std::ios::binary | std::ios::app) << "started
-";
+    std::ofstream(starts, std::ios::binary | std::ios::app) << "started\n";
 }
 
 /// Waits "delay" milliseconds, then, if "end" says so, hangs for good or crashes.

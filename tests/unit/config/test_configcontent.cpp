@@ -122,6 +122,7 @@ void TestConfigContent::hugeDocumentIsRead()
 {
     const Sandbox sandbox(Sandbox::Content::Nothing);
     QByteArray content = "{\"list\": [{}";
+    content.reserve(9 * 1024 * 1024); // else each addition moves it
     while (content.size() < 8 * 1024 * 1024)
         content += ", {\"name\": \"" + QByteArray(1000, 'x') + "\"}";
     sandbox.writeFile(QStringLiteral("document.cfg"), content + "]}");
