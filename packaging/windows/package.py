@@ -27,9 +27,13 @@ PACKAGE_LICENCES = {
 }
 
 
-def run(*command, **options):
+# The binary tools write a time into what they make: this one.
+ENVIRONMENT = dict(os.environ, SOURCE_DATE_EPOCH="315532800")
+
+
+def run(*command):
     return subprocess.run([str(part) for part in command], check=True, encoding="utf-8",
-                          stdout=subprocess.PIPE, **options).stdout
+                          stdout=subprocess.PIPE, env=ENVIRONMENT).stdout
 
 
 def version_of(build):
@@ -70,35 +74,33 @@ def link_command(build):
 
 
 def write_relinking(build, sysroot, target):
-    """Our object files, and the command that links them with a Qt of the maker's choice."""
+    """Our object files and libraries, and the command that links them with another Qt."""
     target.mkdir()
-    words = []
-    for word in shlex.split(link_command(build).removeprefix(": && ").removesuffix(" && :")):
-        file = build / word
-        if os.path.isabs(word):
-            words.append(word)
-        elif file.suffix in (".obj", ".a", ".res") and file.exists() and word != "":
-            copy = target / word
-            copy.parent.mkdir(parents=True, exist_ok=True)
-            run(TOOL + "objcopy", "--strip-debug", file, copy)
-            words.append(word)
-        else:
-            words.append(word.replace(f"-o bin/{PROGRAM}", f"-o {PROGRAM}"))
+    shutil.copyfile(HERE / "zip/relink/README.txt", target / "README.txt")
+    (target / "objects").mkdir()
+    words = shlex.split(link_command(build).removeprefix(": && ").removesuffix(" && :"))
     words[0] = TOOL + "g++-posix"
-    words = [PROGRAM if word == f"bin/{PROGRAM}" else word for word in words
-             if "--out-implib" not in word]
     lines = []
     for word in words:
-        quoted = shlex.quote(word)
-        lines.append('"$SYSROOT"' + quoted[len(str(sysroot)):] if quoted.startswith(str(sysroot))
-                     else quoted)
-    if any(str(sysroot) in line for line in lines):
+        if word == f"bin/{PROGRAM}":
+            lines.append(PROGRAM)
+        elif word.startswith(f"{sysroot}/"):
+            lines.append('"$SYSROOT"' + shlex.quote(word[len(str(sysroot)):]))
+        elif not os.path.isabs(word) and (build / word).is_file():
+            copy = target / "objects" / f"{len(lines):03}-{pathlib.Path(word).name}"
+            run(TOOL + "objcopy", "--strip-debug", build / word, copy)
+            lines.append(shlex.quote(f"objects/{copy.name}"))
+        elif "--out-implib" not in word:
+            lines.append(shlex.quote(word))
+    if str(sysroot) in "".join(lines):
         sys.exit("the link command names the sysroot in a way that is not understood")
-    (target / "link.sh").write_text(
+    script = target / "link.sh"
+    script.write_text(
         "#!/bin/sh\n"
         "# Links the program again: SYSROOT names a folder with a static Qt 5.15 and jsoncpp.\n"
         ': "${SYSROOT:?}"\ncd "$(dirname "$0")" || exit\nexec ' + " \\\n  ".join(lines) + "\n",
         encoding="utf-8", newline="\n")
+    script.chmod(0o755)
 
 
 def write_zip(folder, file):
@@ -138,7 +140,6 @@ def main():
         shutil.copyfile(HERE / "zip" / text, folder / text)
     copy_licences(sysroot, folder / "licences")
     write_relinking(build, sysroot, folder / "relink")
-    shutil.copyfile(HERE / "zip/relink/README.txt", folder / "relink/README.txt")
     write_zip(folder, out / (name + ".zip"))
     for path in sorted([*out.glob("*.zip"), folder / PROGRAM]):
         print(f"{path.relative_to(out.parent)}: {path.stat().st_size / 1e6:.1f} MB")
