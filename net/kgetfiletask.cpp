@@ -1,5 +1,14 @@
 #include "net/kgetfiletask.h"
 
+#include <QtNetwork/QNetworkReply>
+
+namespace {
+
+// A body that comes faster than the disk takes it waits with its sender, not in memory.
+constexpr qint64 bufferBytes = qint64(1) << 20;
+
+} // namespace
+
 bool KGetFileTask::setFile(const QString &path, QString &error)
 {
     m_file.setFileName(path);
@@ -7,6 +16,13 @@ bool KGetFileTask::setFile(const QString &path, QString &error)
         return true;
     error = m_file.errorString();
     return false;
+}
+
+QNetworkReply *KGetFileTask::createReply()
+{
+    QNetworkReply *reply = KBaseTask::createReply();
+    reply->setReadBufferSize(bufferBytes);
+    return reply;
 }
 
 void KGetFileTask::onAborted()

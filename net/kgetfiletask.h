@@ -17,6 +17,7 @@ public:
     bool setFile(const QString &path, QString &error);
 
 protected:
+    QNetworkReply *createReply() override;
     void onAborted() override;
     void onError() override;
     void onRedirected() override;

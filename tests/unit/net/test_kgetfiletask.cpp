@@ -7,7 +7,9 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
+#include <QtCore/QThread>
 #include <QtNetwork/QNetworkAccessManager>
+#include <QtNetwork/QNetworkReply>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <memory>
@@ -25,6 +27,7 @@ private Q_SLOTS:
     void putsTheWholeBodyIntoTheFile_data();
     void putsTheWholeBodyIntoTheFile();
     void writesTheBodyAsItArrives();
+    void holdsLittleOfTheBodyInMemory();
     void emptiesAnExistingFileBeforeItStarts();
     void leavesNoFileBehindWhenItFails_data();
     void leavesNoFileBehindWhenItFails();
@@ -106,6 +109,39 @@ void TestKGetFileTask::writesTheBodyAsItArrives()
     QTRY_VERIFY(QFileInfo(filePath()).size() > 2900000);
     QCOMPARE(task->status(), KBaseTask::TaskRunning);
     QVERIFY(body.startsWith(Sandbox::readFile(filePath())));
+}
+
+void TestKGetFileTask::holdsLittleOfTheBodyInMemory()
+{
+    // Sees what waits in memory before the task takes it, and is slow to let it do so.
+    class SlowManager : public QNetworkAccessManager
+    {
+    public:
+        qint64 most = 0;
+
+    protected:
+        QNetworkReply *createRequest(Operation operation, const QNetworkRequest &request,
+                                     QIODevice *data) override
+        {
+            QNetworkReply *reply = QNetworkAccessManager::createRequest(operation, request, data);
+            connect(reply, &QNetworkReply::readyRead, this, [this, reply] {
+                most = qMax(most, reply->bytesAvailable());
+                QThread::msleep(10);
+            });
+            return reply;
+        }
+    };
+    const QByteArray body = Answers::largeBody().repeated(6);
+    m_server->answer(QStringLiteral("/a"), Answer::ok(body));
+    auto slow = std::make_unique<SlowManager>();
+    const SlowManager &watch = *slow;
+    m_manager = std::move(slow);
+    const auto task = this->task();
+    task->start();
+    task->waitForFinished(-1);
+    QCOMPARE(task->status(), KBaseTask::TaskSucceeded);
+    QVERIFY(Sandbox::readFile(filePath()) == body);
+    QVERIFY2(watch.most <= 2 * 1024 * 1024, qPrintable(QString::number(watch.most)));
 }
 
 void TestKGetFileTask::emptiesAnExistingFileBeforeItStarts()
