@@ -8,6 +8,20 @@
 #include <QtGui/QDesktopServices>
 #include <QtGui/QKeyEvent>
 
+namespace {
+
+QString nameOf(const QJsonObject &product)
+{
+    return Config::jsonString(product, QStringLiteral("name"));
+}
+
+QString descriptionOf(const QJsonObject &product)
+{
+    return Config::jsonString(product, QStringLiteral("desc"));
+}
+
+} // namespace
+
 ProductList::ProductList(QWidget *parent)
     : QListWidget(parent)
 {
@@ -15,15 +29,21 @@ ProductList::ProductList(QWidget *parent)
 
 void ProductList::addProducts(const QList<QJsonObject> &products)
 {
+    // All rows before the first tile: the view looks at every tile that it has whenever a row
+    // comes.
+    const int first = count();
     for (const QJsonObject &product : products) {
-        const QString name = Config::jsonString(product, QStringLiteral("name"));
-        const QString description = Config::jsonString(product, QStringLiteral("desc"));
-        auto *item = new QListWidgetItem(this);
+        auto *item = new QListWidgetItem;
         item->setSizeHint(QSize(168, 148));
         item->setData(Qt::UserRole, product);
-        item->setData(Qt::AccessibleTextRole, name);
-        item->setData(Qt::AccessibleDescriptionRole, description);
-        setItemWidget(item, new ProductItem(Config::productIconPath(product), name, description));
+        item->setData(Qt::AccessibleTextRole, nameOf(product));
+        item->setData(Qt::AccessibleDescriptionRole, descriptionOf(product));
+        addItem(item);
+    }
+    for (int i = 0; i < products.size(); ++i) {
+        const QJsonObject &product = products.at(i);
+        setItemWidget(item(first + i), new ProductItem(Config::productIconPath(product),
+                                                       nameOf(product), descriptionOf(product)));
     }
 }
 

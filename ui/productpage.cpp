@@ -120,9 +120,11 @@ void ProductPage::tabButtonClicked(bool checked)
     Look::sayStatus(*this, {label_3->text()});
 
     lstProduct->clear();
+    QList<QJsonObject> products;
     const QStringList categories = categoriesOf(m_currentTab);
     for (const QString &category : categories)
-        lstProduct->addProducts(m_catalogue.value(category));
+        products += m_catalogue.value(category);
+    lstProduct->addProducts(products);
     lstProduct->doItemsLayout();
 }
 
