@@ -9,7 +9,6 @@
 #include <QtCore/QFile>
 #include <QtCore/QThread>
 #include <QtGui/QFontDatabase>
-#include <QtGui/QIcon>
 #include <QtWidgets/QApplication>
 
 #include <cstdlib>
@@ -17,14 +16,6 @@
 namespace {
 
 constexpr unsigned long secondCopyPauseMs = 100;
-
-QIcon programIcon()
-{
-    QIcon icon;
-    for (const int size : {16, 24, 32, 48, 64, 128, 256})
-        icon.addFile(QStringLiteral(":/Resources/light/app_icon_%1.png").arg(size));
-    return icon;
-}
 
 struct Outcome
 {
@@ -38,7 +29,6 @@ Outcome runApplication(int argc, char **argv)
     Startup::beginSession();
 
     QFontDatabase::addApplicationFont(QStringLiteral(":/Resources/font/NotoSans-Bold.ttf"));
-    QApplication::setWindowIcon(programIcon());
     QFile styleFile(QStringLiteral(":/Resources/styles_light.qss"));
     if (styleFile.open(QIODevice::ReadOnly)) {
         application.setStyleSheet(QString::fromUtf8(styleFile.readAll()));

@@ -11,6 +11,7 @@
 #include <QtCore/QThread>
 #include <QtCore/QTimer>
 #include <QtCore/QTranslator>
+#include <QtGui/QIcon>
 #include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
 
@@ -29,6 +30,14 @@ constexpr std::chrono::seconds endLimit(8); // the pause, what the library may t
 //: asks for it when a catalogue is installed and mirrors the whole interface accordingly.
 [[maybe_unused]] const char *const layoutDirection =
     QT_TRANSLATE_NOOP("QGuiApplication", "QT_LAYOUT_DIRECTION");
+
+QIcon programIcon()
+{
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128, 256})
+        icon.addFile(QStringLiteral(":/Resources/light/app_icon_%1.png").arg(size));
+    return icon;
+}
 
 void centreOn(const QRect &screen, QWidget &window)
 {
@@ -81,6 +90,8 @@ int runWizard(const QRect &screen, SplashWindow &splash, QApplication &applicati
     Q_UNUSED(isLoaded) // without a catalogue the source texts show
     QCoreApplication::installTranslator(&translator);
 
+    // Not before: nobody sees an icon of the splash, and the pictures take time to unpack.
+    QApplication::setWindowIcon(programIcon());
     MainWindow window(nullptr);
     centreOn(screen, window);
     window.show();
