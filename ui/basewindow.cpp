@@ -38,10 +38,15 @@ bool BaseWindow::refuseUsersClose(QCloseEvent *event)
     return event->spontaneous();
 }
 
-void BaseWindow::paintEvent(QPaintEvent * /*event*/)
+void BaseWindow::paintGround(QPainter &painter) const
 {
     QStyleOption option;
     option.initFrom(this);
-    QPainter painter(this);
     style()->drawPrimitive(QStyle::PE_Widget, &option, &painter, this);
+}
+
+void BaseWindow::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(this);
+    paintGround(painter);
 }

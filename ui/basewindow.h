@@ -21,5 +21,8 @@ protected:
     /// window system and returns whether it was one.
     static bool refuseUsersClose(QCloseEvent *event);
 
+    /// Paints the window's ground as the style sheet has it.
+    void paintGround(QPainter &painter) const;
+
     void paintEvent(QPaintEvent *event) override;
 };

@@ -1,6 +1,7 @@
 #include "ui/splashwindow.h"
 
 #include <QtCore/QTimer>
+#include <QtGui/QPaintEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QShortcut>
 
@@ -10,11 +11,13 @@ constexpr int tickMs = 10;
 constexpr int turnMs = 1000;
 constexpr int pictureSide = 40;
 constexpr int repaintedSide = 100;
+constexpr int keptSide = repaintedSide + 8; // its rim may fall between the display's pixels
 
 } // namespace
 
 SplashWindow::SplashWindow(QWidget *parent)
     : BaseWindow(parent)
+    , m_picture(QStringLiteral(":/Resources/light/loading_2x.png"))
     , m_timer(new QTimer(this))
 {
     setupUi(this);
@@ -58,20 +61,51 @@ void SplashWindow::closeEvent(QCloseEvent *event)
         Q_EMIT closed();
 }
 
+void SplashWindow::changeEvent(QEvent *event)
+{
+    m_middle = QPixmap();
+    BaseWindow::changeEvent(event);
+}
+
+void SplashWindow::resizeEvent(QResizeEvent *event)
+{
+    m_middle = QPixmap();
+    BaseWindow::resizeEvent(event);
+}
+
+void SplashWindow::paintGround(QPainter &painter, const QRect &area)
+{
+    if (!centred(repaintedSide).contains(area)) {
+        BaseWindow::paintGround(painter);
+        return;
+    }
+    // A hundred times a second: not with all the window's corners and borders.
+    const QRect kept = centred(keptSide);
+    if (m_middle.isNull()) {
+        const qreal ratio = devicePixelRatioF();
+        m_middle = QPixmap((QSizeF(kept.size()) * ratio).toSize());
+        m_middle.setDevicePixelRatio(ratio);
+        m_middle.fill(Qt::transparent);
+        QPainter middle(&m_middle);
+        middle.translate(-kept.topLeft());
+        BaseWindow::paintGround(middle);
+    }
+    painter.drawPixmap(kept.topLeft(), m_middle);
+}
+
 void SplashWindow::paintEvent(QPaintEvent *event)
 {
-    BaseWindow::paintEvent(event);
+    QPainter painter(this);
+    paintGround(painter, event->rect());
 
     const QRect place = centred(pictureSide);
-    const QPixmap picture(QStringLiteral(":/Resources/light/loading_2x.png"));
-    QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     // By the clock and not by counting ticks, so that late ticks do not slow the turning.
     const QPointF centre = QRectF(place).center();
     painter.translate(centre);
     painter.rotate(angleAt(m_clock.isValid() ? m_clock.elapsed() : 0));
     painter.translate(-centre);
-    painter.drawPixmap(place, picture);
+    painter.drawPixmap(place, m_picture);
 }
 
 QRect SplashWindow::centred(int side) const

@@ -4,6 +4,7 @@
 #include "ui_splashwindow.h"
 
 #include <QtCore/QElapsedTimer>
+#include <QtGui/QPixmap>
 
 class QTimer;
 
@@ -26,7 +27,9 @@ Q_SIGNALS:
     void closed();
 
 protected:
+    void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private Q_SLOTS:
@@ -34,7 +37,10 @@ private Q_SLOTS:
 
 private:
     QRect centred(int side) const;
+    void paintGround(QPainter &painter, const QRect &area);
 
+    const QPixmap m_picture;
+    QPixmap m_middle; ///< of the window's ground, where the picture turns
     QElapsedTimer m_clock;
     QTimer *m_timer;
 };

@@ -19,6 +19,7 @@ private Q_SLOTS:
     void angleFollowsTheClock();
     void lateTicksDoNotSlowTheTurning();
     void onlyTheMiddleIsRepainted();
+    void middleAloneLooksAsInTheWhole();
     void hidingStopsTheTurningForGood();
     void stoppedPictureIsNotTurned();
     void closeButtonAsks();
@@ -104,6 +105,34 @@ void TestSplashWindow::onlyTheMiddleIsRepainted()
     QTRY_VERIFY(window.painted.size() > 5);
     for (const QRect &rect : qAsConst(window.painted))
         QCOMPARE(rect, QRect(310, 190, 100, 100));
+}
+
+void TestSplashWindow::middleAloneLooksAsInTheWhole()
+{
+    const LookApplied look;
+    SplashWindow window(nullptr);
+    QTRY_VERIFY(!window.isSpinning()); // never shown
+    const auto picture = [&window](const QRegion &region) {
+        QImage image(window.size(), QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        window.render(&image, region.boundingRect().topLeft(), region);
+        return image.copy(310, (window.height() - 100) / 2, 100, 100);
+    };
+    const QRegion middle(310, 190, 100, 100);
+    const QImage white = picture(middle);
+    QCOMPARE(white, picture(QRegion(window.rect())));
+
+    // What was kept for the middle goes with the look and the size that it was made for.
+    window.setStyleSheet(
+        QStringLiteral("SplashWindow { background: blue; border-style: solid; border-color: red; "
+                       "border-width: 295px 0 0 0; border-radius: 0 }"));
+    const QImage red = picture(middle);
+    QVERIFY(red != white);
+    QCOMPARE(red, picture(QRegion(window.rect())));
+    window.resize(720, 700);
+    const QImage blue = picture(QRegion(310, 300, 100, 100));
+    QVERIFY(blue != red);
+    QCOMPARE(blue, picture(QRegion(window.rect())));
 }
 
 void TestSplashWindow::hidingStopsTheTurningForGood()
