@@ -2,7 +2,9 @@
 
 #include "ui/look.h"
 
-ProductItem::ProductItem(const QString &iconPath, const QString &name, const QString &description)
+ProductItem::ProductItem(const QString &iconPath, const QString &name, const QString &description,
+                         QWidget *parent)
+    : QWidget(parent)
 {
     setupUi(this);
     bottomBar->hide();

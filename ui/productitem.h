@@ -10,5 +10,6 @@ class ProductItem : public QWidget, public Ui::ProductItem
     Q_OBJECT
 
 public:
-    ProductItem(const QString &iconPath, const QString &name, const QString &description);
+    ProductItem(const QString &iconPath, const QString &name, const QString &description,
+                QWidget *parent = nullptr);
 };

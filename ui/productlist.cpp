@@ -42,8 +42,10 @@ void ProductList::addProducts(const QList<QJsonObject> &products)
     }
     for (int i = 0; i < products.size(); ++i) {
         const QJsonObject &product = products.at(i);
-        setItemWidget(item(first + i), new ProductItem(Config::productIconPath(product),
-                                                       nameOf(product), descriptionOf(product)));
+        // Made where it will stand, so that it takes on its style once.
+        setItemWidget(item(first + i),
+                      new ProductItem(Config::productIconPath(product), nameOf(product),
+                                      descriptionOf(product), viewport()));
     }
 }
 
