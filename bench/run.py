@@ -279,7 +279,8 @@ class Bench:
             paint = functools.partial(processes.time_to_paint, self.screen, environment=environment)
             peak = functools.partial(processes.peak_memory, self.screen, environment=environment,
                                      seconds=12)  # the splash waits for ten
-            paint(bare), paint(ours)  # Wine's own services start with the first
+            for command in (base, ours):  # Wine starts services with its first program
+                paint(command)
             return [
                 Row(start, aims[start], "ms",
                     interleaved(self.runs, lambda: paint(ours), lambda: paint(base))),
@@ -335,7 +336,7 @@ def stripped_size(exe):
 def resources_size():
     """Of the style sheet, pictures, font, catalogues and documents, as they are compiled in."""
     objects = glob.glob(f"{WINDOWS}/Resources/**/qrc_*.obj", recursive=True)
-    objects += glob.glob(f"{WINDOWS}/packaging/**/*.rc.obj", recursive=True)
+    objects += glob.glob(f"{WINDOWS}/packaging/**/*.rc.res", recursive=True)
     if not objects:
         raise RuntimeError("the compiled-in resources are not found")
     output = subprocess.run(["x86_64-w64-mingw32-size", *objects], check=True,
