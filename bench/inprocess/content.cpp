@@ -30,7 +30,7 @@ void write(const QString &fileName, const QByteArray &bytes)
 
 void documentLoadOurs(benchmark::State &state)
 {
-    for (auto unused : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(Config::readDocument(Config::configFilePath()));
 }
 BENCHMARK(documentLoadOurs)->Name("document_load/ours");
@@ -38,7 +38,7 @@ BENCHMARK(documentLoadOurs)->Name("document_load/ours");
 void documentLoadBaseline(benchmark::State &state)
 {
     const QByteArray bytes = Sandbox::readFile(Config::configFilePath());
-    for (auto unused : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(QJsonDocument::fromJson(bytes));
 }
 BENCHMARK(documentLoadBaseline)->Name("document_load/baseline");
@@ -47,7 +47,7 @@ void documentAgain(benchmark::State &state)
 {
     if (Config::loadConfig().isEmpty())
         state.SkipWithError("there is no document");
-    for (auto unused : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(Config::loadConfig());
 }
 BENCHMARK(documentAgain)->Name("document_again/ours");
@@ -69,7 +69,7 @@ Analytics::FeedbackState feedback()
 void eventOurs(benchmark::State &state)
 {
     const Analytics::FeedbackState click = feedback();
-    for (auto unused : state)
+    while (state.KeepRunning())
         Analytics::reportUninstallContinue(click);
 }
 BENCHMARK(eventOurs)->Name("event/ours")->Iterations(events);
@@ -84,7 +84,7 @@ void eventBaseline(benchmark::State &state)
                                   {QStringLiteral("source"), QStringLiteral("uninstall_action")},
                                   {QStringLiteral("RetainActionName"), QStringLiteral("Upgrade")}})
             .toJson();
-    for (auto unused : state)
+    while (state.KeepRunning())
         data_event("DoUninstall", "UninstallContinue", text.constData(), 0);
 }
 BENCHMARK(eventBaseline)->Name("event/baseline")->Iterations(events);
@@ -94,7 +94,7 @@ void growDocumentLoad(benchmark::State &state)
     const auto entries = static_cast<int>(state.range(0));
     const QString fileName = QDir::tempPath() + QStringLiteral("/growing.cfg");
     write(fileName, QJsonDocument(SampleDocument::document(entries, entries)).toJson());
-    for (auto unused : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(Config::readDocument(fileName));
 }
 BENCHMARK(growDocumentLoad)->Name("grow_document_load")->RangeMultiplier(10)->Range(10, 10000);
@@ -103,7 +103,7 @@ void growPictureQueue(benchmark::State &state)
 {
     const auto entries = static_cast<int>(state.range(0));
     const QJsonObject document = SampleDocument::document(entries, entries);
-    for (auto unused : state) {
+    while (state.KeepRunning()) {
         ConfigDownloader downloader;
         benchmark::DoNotOptimize(downloader.collectImages(document));
     }

@@ -36,7 +36,7 @@ void settle()
 template<typename Make>
 void buildAndShow(benchmark::State &state, Make make)
 {
-    for (auto unused : state) {
+    while (state.KeepRunning()) {
         std::unique_ptr<QWidget> window = make();
         window->show();
         settle();
@@ -114,7 +114,7 @@ void changeTabs(benchmark::State &state, int products)
     page.resize(720, 480);
     page.show();
     settle();
-    for (auto unused : state) {
+    while (state.KeepRunning()) {
         (page.btnAll->isChecked() ? page.btnCreativity : page.btnAll)->setChecked(true);
         settle();
     }
@@ -158,7 +158,7 @@ void refillPlainList(benchmark::State &state)
     list.show();
     fill(list, manyProducts);
     settle();
-    for (auto unused : state) {
+    while (state.KeepRunning()) {
         fill(list, manyProducts);
         settle();
     }
