@@ -80,7 +80,7 @@ QList<Surface> feedbackSurfaces()
         list.append({name, [reason] { return feedback(reason, QString()); }});
         if (Config::hasOptionType(option, {QStringLiteral("submit")})) {
             list.append({name + QStringLiteral("-described"), [reason] {
-                             const QString line = QStringLiteral("1080p60 → MP4, H.264, 24 min\n");
+                             const QString line = QStringLiteral("1080p60 to MP4, H.264, 24 min\n");
                              return feedback(reason, line.repeated(4));
                          }});
         }

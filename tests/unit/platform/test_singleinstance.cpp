@@ -102,6 +102,8 @@ void TestSingleInstance::brokenMachineDoesNotLockOut()
 
 void TestSingleInstance::plantedLinkIsNotFollowed()
 {
+    if (QDir::separator() == QLatin1Char('\\'))
+        QSKIP("the name is held by this system itself, not by a file");
     const Sandbox sandbox;
     // What the first claim leaves behind tells the name; then somebody was there before it.
     const QString folder = sandbox.path(QStringLiteral("Runtime"));

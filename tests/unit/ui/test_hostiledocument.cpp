@@ -174,6 +174,8 @@ void TestHostileDocument::plantedPictureIsNoRule()
     const QString link = QStringLiteral("https://h.example/a.png);}*{min-width:777px");
     const QString file = Config::imagesDir() + QLatin1Char('/') + Config::productIconName(12, link);
     QFile planted(file);
+    if (QDir::separator() == QLatin1Char('\\'))
+        QSKIP("no file of this system can have such a name");
     QVERIFY(planted.open(QIODevice::WriteOnly));
     UninstallPage page(nullptr, {{{QStringLiteral("pid"), 12}, {QStringLiteral("icon"), link}}});
     page.show();
