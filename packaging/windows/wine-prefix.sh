@@ -20,6 +20,8 @@ make_prefix() {
     if [ ! -d "$wine_folder/template" ]; then
       rm -rf "$wine_folder/template.part"
       WINEPREFIX=$wine_folder/template.part wineboot --init </dev/null >/dev/null 2>&1
+      # By itself this Wine passes for Windows 7.
+      WINEPREFIX=$wine_folder/template.part wine winecfg -v win10 </dev/null >/dev/null 2>&1
       # A crash is an exit code, not a dialog.
       WINEPREFIX=$wine_folder/template.part wine reg add 'HKCU\Software\Wine\WineDbg' \
         /v ShowCrashDialog /t REG_DWORD /d 0 /f </dev/null >/dev/null 2>&1

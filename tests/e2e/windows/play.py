@@ -250,7 +250,11 @@ def play_dragging(story):
 
 
 def play_scale(story, dots_per_inch, factor):
-    """The display's scale is measured, and the window has that size."""
+    """The display's scale is measured, and the window has that size. Shown on Windows 7, which is
+    asked for its dots per inch: Wine hides no physical pixels from programs that know no DPI, which
+    is how later systems are measured."""
+    if story.prefix.run("winecfg", "-v", "win7") != 0:
+        raise AssertionError("cannot choose the system's version")
     story.prefix.set_registry("HKCU\\Control Panel\\Desktop", "LogPixels", "REG_DWORD",
                               dots_per_inch)
     story.prefix.run_server("--kill")  # it is read when a session begins
