@@ -767,9 +767,11 @@ void TestConfigDownloader::abortsPicturesWhenTheTimeIsOver()
         QSignalSpy finished(&downloader, &ConfigDownloader::finished);
         StartUpWait wait(&downloader);
         QTimer look;
-        connect(&look, &QTimer::timeout, &wait, [this, &wait] {
-            if (QFile::exists(image(QStringLiteral("pid_2.png"))) && m_server->openRequests() == 1)
-                wait.endTime();
+        connect(&look, &QTimer::timeout, &wait, [this, &wait, &look] {
+            if (!QFile::exists(image(QStringLiteral("pid_2.png"))) || m_server->openRequests() != 1)
+                return;
+            look.stop(); // the time is over once
+            wait.endTime();
         });
         look.start(5);
         QVERIFY(!wait.run(30000));
