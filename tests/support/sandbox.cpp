@@ -40,7 +40,7 @@ Sandbox::~Sandbox()
 
     // What has just ended may hold its files for a moment longer.
     m_folder.setAutoRemove(false);
-    const QDeadlineTimer deadline(10000);
+    const QDeadlineTimer deadline(40000);
     while (!QDir(m_folder.path()).removeRecursively()) {
         if (deadline.hasExpired()) {
             qWarning("cannot remove %s", qPrintable(m_folder.path()));
