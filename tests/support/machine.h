@@ -15,6 +15,9 @@ bool canFillDisk();
 /// Puts such a file at a path.
 bool makeFull(const QString &fileName);
 
+/// Whether a file is a program that the system may hold on to after its process was killed.
+bool keepsKilledProgram(const QString &fileName);
+
 /// Whether a process that is asked for starts only when events are handled again.
 bool startsProcessesLater();
 

@@ -1,9 +1,11 @@
 #include "tests/support/sandbox.h"
 
 #include "analytics/session.h"
+#include "tests/support/machine.h"
 
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QDir>
+#include <QtCore/QDirIterator>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QThread>
@@ -40,13 +42,28 @@ Sandbox::~Sandbox()
 
     // What has just ended may hold its files for a moment longer.
     m_folder.setAutoRemove(false);
-    const QDeadlineTimer deadline(40000);
+    const QDeadlineTimer deadline(10000);
     while (!QDir(m_folder.path()).removeRecursively()) {
         if (deadline.hasExpired()) {
-            qWarning("cannot remove %s", qPrintable(m_folder.path()));
+            reportLeftFiles();
             break;
         }
         QThread::msleep(50);
+    }
+}
+
+// What is left was left open by the tested code or by the test, but for what the system keeps.
+void Sandbox::reportLeftFiles() const
+{
+    QStringList left;
+    QDirIterator files(m_folder.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (files.hasNext())
+        left.append(files.next());
+    if (left.isEmpty())
+        left.append(m_folder.path());
+    for (const QString &path : qAsConst(left)) {
+        if (!Machine::keepsKilledProgram(path))
+            qWarning("cannot remove %s", qPrintable(path));
     }
 }
 

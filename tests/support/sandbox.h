@@ -33,6 +33,8 @@ public:
     static QStringList readLines(const QString &fileName);
 
 private:
+    void reportLeftFiles() const;
+
     QTemporaryDir m_folder;
     SampleInstallation m_installation;
     QMap<QString, QByteArray> m_previousEnvironment;

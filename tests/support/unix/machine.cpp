@@ -19,6 +19,11 @@ bool makeFull(const QString &fileName)
     return QFile::link(QStringLiteral("/dev/full"), fileName);
 }
 
+bool keepsKilledProgram(const QString & /*fileName*/)
+{
+    return false;
+}
+
 bool startsProcessesLater()
 {
     return true;

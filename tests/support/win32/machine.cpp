@@ -22,6 +22,12 @@ bool makeFull(const QString & /*fileName*/)
     return false;
 }
 
+// Wine does, when it was killed while it was being loaded.
+bool keepsKilledProgram(const QString &fileName)
+{
+    return fileName.endsWith(QLatin1String(".exe"), Qt::CaseInsensitive);
+}
+
 bool startsProcessesLater()
 {
     return false;

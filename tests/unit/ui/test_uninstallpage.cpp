@@ -5,6 +5,7 @@
 #include "ui/productitem.h"
 #include "ui/uninstallpage.h"
 
+#include <QtCore/QFile>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QProcess>
 #include <QtCore/QTimer>
@@ -208,6 +209,8 @@ void TestUninstallPage::runningProcessIsWaitedFor()
     QVERIFY(page.isRunning());
     QVERIFY(AnalyticsRecord::events().isEmpty());
 
+    // Killed while it hangs, not while the system loads it.
+    QTRY_VERIFY(QFile::exists((*m_sandbox)->uninstallerRecord()));
     process.kill();
     QVERIFY(process.waitForFinished());
     page.showElapsed(45100);
