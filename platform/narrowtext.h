@@ -11,7 +11,7 @@ std::wstring wideFromNarrow(const std::string &narrow);
 /// Wide text to narrow text in the system's ANSI code page (UTF-8 where there is none).
 std::string narrowFromWide(const std::wstring &wide);
 
-/// A file name held as narrow text, as the system reads it.
-QString fileNameFromNarrow(const std::string &narrow);
+/// Narrow text in that code page, as the system reads it in a file name.
+QString fromNarrow(const std::string &narrow);
 
 } // namespace Platform

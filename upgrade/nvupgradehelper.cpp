@@ -213,7 +213,7 @@ void NvUpgradeHelper::ensureThreadRuns()
 /// Copies the update description file, when the library's answer names one, and reads the copy.
 void NvUpgradeHelper::takeOverUpdateInfo(const std::string &describedBy)
 {
-    const QString source = Platform::fileNameFromNarrow(describedBy);
+    const QString source = Platform::fromNarrow(describedBy);
     if (isFile(source)) {
         QFile::remove(updateInfoFile());
         QFile::copy(source, updateInfoFile());

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string>
 
-// What is asked of the maker's upgrade library and what it answers. Texts are narrow, as
-// QString::toStdString() gives them in requests and as the library gave them in answers.
+// What is asked of the maker's upgrade library and what it answers. Texts are narrow:
+// UTF-8 in requests, and as the library gave them, in the system's ANSI code page, in answers.
 // "Praram" is part of the names, under which the types are known to the meta-type system.
 
 /// Request of an update check.

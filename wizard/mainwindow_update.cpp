@@ -4,6 +4,7 @@
 
 #include "analytics/events.h"
 #include "app/env/appenv.h"
+#include "platform/narrowtext.h"
 #include "upgrade/nvupgradehelper.h"
 
 #include <QtCore/QFile>
@@ -39,6 +40,12 @@ QString installDirOrDefault()
     const QString folder = AppEnv::installDir();
     return folder.isEmpty() ? inProgramFiles(QStringLiteral("/Norvane/Norvane Clipwright"))
                             : folder;
+}
+
+// Of an answer's text, what the next request is to hold.
+std::string utf8(const std::string &answered)
+{
+    return Platform::fromNarrow(answered).toStdString();
 }
 
 // The installer reads its switches with the quotes in them.
@@ -96,8 +103,8 @@ void MainWindow::checkFinished(const checkOutParam &result)
     setEnabled(true);
     downloadInPraram request;
     request.pid = AppEnv::readProductInfo().productId.toStdString();
-    request.version = result.upgradeVersion;
-    request.path = result.path;
+    request.version = utf8(result.upgradeVersion);
+    request.path = utf8(result.path);
     NvUpgradeHelper::instance()->downloadPackage(request);
     upgradePage->showUpgrading();
     wizardPages->setCurrentWidget(upgradePage);

@@ -14,7 +14,7 @@ std::string narrowFromWide(const std::wstring &wide)
     return QString::fromStdWString(wide).toStdString();
 }
 
-QString fileNameFromNarrow(const std::string &narrow)
+QString fromNarrow(const std::string &narrow)
 {
     return QString::fromStdString(narrow);
 }

@@ -30,7 +30,7 @@ std::string narrowFromWide(const std::wstring &wide)
     return narrow;
 }
 
-QString fileNameFromNarrow(const std::string &narrow)
+QString fromNarrow(const std::string &narrow)
 {
     return QString::fromLocal8Bit(narrow.data(), static_cast<int>(narrow.size()));
 }

@@ -35,7 +35,7 @@ void TestNarrowText::textSurvivesThereAndBack()
 void TestNarrowText::fileNames()
 {
     const QString name = QStringLiteral("C:/Users/Jörg/update.json");
-    QCOMPARE(Platform::fileNameFromNarrow(Platform::narrowFromWide(name.toStdWString())), name);
+    QCOMPARE(Platform::fromNarrow(Platform::narrowFromWide(name.toStdWString())), name);
 }
 
 QTEST_APPLESS_MAIN(TestNarrowText)

@@ -440,7 +440,7 @@ void TestNvUpgradeHelper::checkResultArrivesInTheGuiThread()
     QVERIFY(!result.forceupgrade);
     QCOMPARE(bytes(result.upgradeVersion), version.toUtf8());
     QCOMPARE(qint64(result.packageSize), SampleFeed::defaultPackageBytes);
-    QCOMPARE(Platform::fileNameFromNarrow(result.path), (*m_feed)->updateInfoFile());
+    QCOMPARE(Platform::fromNarrow(result.path), (*m_feed)->updateInfoFile());
     QCOMPARE(bytes(result.requestId), QByteArray("{check}"));
 }
 
@@ -451,7 +451,7 @@ void TestNvUpgradeHelper::checkResultIsStoredWithoutItsRequestId()
     const checkOutParam stored = NvUpgradeHelper::instance()->checkResult();
     QVERIFY(stored.needupgrade);
     QCOMPARE(bytes(stored.upgradeVersion), version.toUtf8());
-    QCOMPARE(Platform::fileNameFromNarrow(stored.path), (*m_feed)->updateInfoFile());
+    QCOMPARE(Platform::fromNarrow(stored.path), (*m_feed)->updateInfoFile());
     QVERIFY(stored.requestId.empty());
 }
 
@@ -705,7 +705,7 @@ void TestNvUpgradeHelper::downloadResultIsStoredWithItsRequestId()
     QCOMPARE(stored.errcode, 0);
     QVERIFY(stored.downloaded);
     QCOMPARE(bytes(stored.version), version.toUtf8());
-    QCOMPARE(Platform::fileNameFromNarrow(stored.path), (*m_feed)->target());
+    QCOMPARE(Platform::fromNarrow(stored.path), (*m_feed)->target());
     QCOMPARE(bytes(stored.requestId), QByteArray("{download}"));
     QCOMPARE(Sandbox::readFile((*m_feed)->target()), Sandbox::readFile((*m_feed)->packageFile()));
 }
