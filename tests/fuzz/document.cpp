@@ -15,11 +15,12 @@
 #include <QtCore/QJsonDocument>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QRadioButton>
+#include <memory>
 
 namespace {
 
-// For the life of the process, which may not end in an orderly way.
-const Sandbox *sandbox;
+std::unique_ptr<const Sandbox> sandbox;
+std::unique_ptr<LinkCatcher> links;
 
 void clickProducts(ProductList *list)
 {
@@ -32,9 +33,13 @@ void clickProducts(ProductList *list)
 int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
     new QApplication(*argc, *argv);
-    sandbox = new Sandbox(Sandbox::Content::Nothing);
-    new LinkCatcher;
+    sandbox = std::make_unique<Sandbox>(Sandbox::Content::Nothing);
+    links = std::make_unique<LinkCatcher>();
     Analytics::initAnalytics();
+    qAddPostRoutine([] {
+        links.reset();
+        sandbox.reset();
+    });
     return 0;
 }
 

@@ -12,10 +12,11 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtNetwork/QNetworkProxy>
+#include <memory>
 
 namespace {
 
-const Sandbox *sandbox;
+std::unique_ptr<const Sandbox> sandbox;
 
 void requireRightProxy()
 {
@@ -36,7 +37,8 @@ void requireRightProxy()
 int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
     new QCoreApplication(*argc, *argv);
-    sandbox = new Sandbox(Sandbox::Content::Nothing);
+    sandbox = std::make_unique<Sandbox>(Sandbox::Content::Nothing);
+    qAddPostRoutine([] { sandbox.reset(); });
     return 0;
 }
 

@@ -9,10 +9,11 @@
 #include <QtCore/QJsonObject>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
+#include <memory>
 
 namespace {
 
-const Sandbox *sandbox;
+std::unique_ptr<const Sandbox> sandbox;
 
 void requireNameInFolder(const QString &name)
 {
@@ -29,7 +30,8 @@ void requireNameInFolder(const QString &name)
 int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
     new QApplication(*argc, *argv);
-    sandbox = new Sandbox(Sandbox::Content::Nothing);
+    sandbox = std::make_unique<Sandbox>(Sandbox::Content::Nothing);
+    qAddPostRoutine([] { sandbox.reset(); });
     return 0;
 }
 
