@@ -29,8 +29,10 @@ void KBaseTask::start()
 {
     m_reply = createReply();
     m_bytesRead = 0;
-    if (m_maxSize >= 0)
-        m_reply->setReadBufferSize(m_maxSize + 1); // what nobody reads is not fetched, either
+    // What nobody reads is not fetched, either.
+    const qint64 buffer = m_reply->readBufferSize();
+    if (m_maxSize >= 0 && (buffer == 0 || buffer > m_maxSize))
+        m_reply->setReadBufferSize(m_maxSize + 1);
     connect(m_reply, &QNetworkReply::finished, this, &KBaseTask::httpFinished);
     connect(m_reply, &QNetworkReply::readyRead, this, &KBaseTask::httpReadyRead);
     connect(m_reply, &QNetworkReply::downloadProgress, this, &KBaseTask::updateDataReadProgress);

@@ -27,6 +27,7 @@ private Q_SLOTS:
     void putsTheWholeBodyIntoTheFile_data();
     void putsTheWholeBodyIntoTheFile();
     void writesTheBodyAsItArrives();
+    void holdsLittleOfTheBodyInMemory_data();
     void holdsLittleOfTheBodyInMemory();
     void emptiesAnExistingFileBeforeItStarts();
     void leavesNoFileBehindWhenItFails_data();
@@ -111,6 +112,13 @@ void TestKGetFileTask::writesTheBodyAsItArrives()
     QVERIFY(body.startsWith(Sandbox::readFile(filePath())));
 }
 
+void TestKGetFileTask::holdsLittleOfTheBodyInMemory_data()
+{
+    QTest::addColumn<int>("maxSize");
+    QTest::newRow("of any size") << -1;
+    QTest::newRow("of a size that is limited") << 64 * 1024 * 1024;
+}
+
 void TestKGetFileTask::holdsLittleOfTheBodyInMemory()
 {
     // Sees what waits in memory before the task takes it, and is slow to let it do so.
@@ -137,6 +145,9 @@ void TestKGetFileTask::holdsLittleOfTheBodyInMemory()
     const SlowManager &watch = *slow;
     m_manager = std::move(slow);
     const auto task = this->task();
+    QFETCH(int, maxSize);
+    if (maxSize >= 0)
+        task->setMaxSize(maxSize);
     task->start();
     task->waitForFinished(-1);
     QCOMPARE(task->status(), KBaseTask::TaskSucceeded);
