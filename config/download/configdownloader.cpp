@@ -141,8 +141,10 @@ void ConfigDownloader::checkItems()
 
     for (int i = m_items.size() - 1; i >= 0 && targets.size() < maxRunning; --i) {
         const QString target = m_items.at(i)->fileNames().constFirst();
-        // Two links under one name would write into one temporary file.
-        if (m_items.at(i)->state() != DownloadItem::State::Waiting || targets.contains(target))
+        // Two links under one name would write into one temporary file, and some systems do not
+        // tell small letters from capitals.
+        if (m_items.at(i)->state() != DownloadItem::State::Waiting ||
+            targets.contains(target, Qt::CaseInsensitive))
             continue;
         if (!m_items.at(i)->start()) {
             removeItemAt(i);
