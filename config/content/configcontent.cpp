@@ -85,7 +85,8 @@ QString configFilePath()
 QJsonObject loadConfig()
 {
     static QJsonDocument document;
-    if (document.object().isEmpty()) { // nothing read yet, or nothing in what was read
+    // Nothing read yet, or nothing in what was read.
+    if (document.object().isEmpty() && document.array().isEmpty()) {
         QString fileName = configFilePath();
         if (!QFile::exists(fileName))
             fileName = QStringLiteral(":/Resources/cfg/%1.cfg").arg(configLanguageCode());
