@@ -27,7 +27,7 @@ BaseInfo gatherBaseInfo(const QString &computerName)
     info.productId = product.productId.toInt(nullptr, 10);
     info.productVersion = product.version;
     info.timeZoneOffset = timeZoneOffset(QDateTime(QDate(1970, 1, 2), QTime(0, 0, 0, 0)));
-    info.localIPv4 = Platform::ipv4AddressOf(computerName);
+    info.localIPv4 = Platform::localIPv4(computerName);
     info.installLanguage = product.language;
     info.platform = QStringLiteral("Windows");
     info.osVersion = Platform::osVersion();

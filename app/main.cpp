@@ -23,6 +23,11 @@ struct Outcome
     bool isUpgradeHelperReleased; ///< nobody uses the upgrade library any more
 };
 
+float computeScaleFactor()
+{
+    return ScaleFactor::fromMonitorRatio(Platform::primaryMonitorRatio());
+}
+
 Outcome runApplication(int argc, char **argv)
 {
     QApplication application(argc, argv);
@@ -55,8 +60,7 @@ int programMain(int argc, char **argv)
         return 0;
     }
 
-    const float factor = ScaleFactor::fromMonitorRatio(Platform::primaryMonitorRatio());
-    qputenv("QT_SCALE_FACTOR", ScaleFactor::toEnvironment(factor));
+    qputenv("QT_SCALE_FACTOR", ScaleFactor::toEnvironment(computeScaleFactor()));
     // After the measurement, which must see the coordinates of a program that knows no DPI.
     Platform::enableDpiAwareness();
 

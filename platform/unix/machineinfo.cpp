@@ -19,13 +19,13 @@ QString computerName()
     return QString::fromLocal8Bit(name);
 }
 
-QString ipv4AddressOf(const QString &hostName)
+QString localIPv4(const QString &computerName)
 {
     addrinfo hints = {};
     hints.ai_family = AF_INET;
     hints.ai_socktype = SOCK_STREAM;
     addrinfo *found = nullptr;
-    if (getaddrinfo(hostName.toLocal8Bit().constData(), nullptr, &hints, &found) != 0)
+    if (getaddrinfo(computerName.toLocal8Bit().constData(), nullptr, &hints, &found) != 0)
         return {};
     const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> guard(found, &freeaddrinfo);
 

@@ -15,13 +15,13 @@ QString computerName()
     return QString::fromWCharArray(name);
 }
 
-QString ipv4AddressOf(const QString &hostName)
+QString localIPv4(const QString &computerName)
 {
     WSADATA data = {};
     if (WSAStartup(MAKEWORD(2, 0), &data) != 0)
         return {};
     QString text;
-    const hostent *host = gethostbyname(hostName.toLocal8Bit().constData());
+    const hostent *host = gethostbyname(computerName.toLocal8Bit().constData());
     if (host && host->h_addr_list[0]) {
         const auto *bytes = reinterpret_cast<const unsigned char *>(host->h_addr_list[0]);
         text =
