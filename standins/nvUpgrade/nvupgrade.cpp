@@ -7,6 +7,7 @@
 //   orders.txt      "key=value" lines, all optional:
 //                     target           file into which the package goes, "downloaded" beside it
 //                     chunk            bytes copied at a time, 1048576
+//                     odd_progress     a number that is reported first, whatever it means
 //                     check_delay      milliseconds that a check takes
 //                     download_delay   milliseconds that each chunk takes
 //                     never_return     "check" or "download": waits for stop(), for good without it
@@ -297,6 +298,8 @@ std::optional<std::string> copyPackage(const fs::path &package, const fs::path &
     const long long delay = orders.number("download_delay", 0);
 
     int reported = 0;
+    if (const long long odd = orders.number("odd_progress", reported); odd != reported)
+        progress(static_cast<int>(odd));
     progress(reported);
     for (std::uintmax_t copied = 0; copied < size;) {
         if (!work.pause(delay))

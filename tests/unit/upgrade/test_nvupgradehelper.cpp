@@ -713,15 +713,18 @@ void TestNvUpgradeHelper::downloadResultIsStoredWithItsRequestId()
 void TestNvUpgradeHelper::progressReachesTheGuiUnchangedAndInOrder_data()
 {
     QTest::addColumn<QString>("callbackThread");
-    QTest::newRow("from the library's own thread") << QStringLiteral("own");
-    QTest::newRow("from the calling thread") << QStringLiteral("caller");
+    QTest::addColumn<int>("odd");
+    QTest::newRow("from the library's own thread") << QStringLiteral("own") << -1;
+    QTest::newRow("from the calling thread") << QStringLiteral("caller") << 250;
 }
 
 void TestNvUpgradeHelper::progressReachesTheGuiUnchangedAndInOrder()
 {
     QFETCH(QString, callbackThread);
+    QFETCH(int, odd);
     m_feed->writeSmallUpgrade(version);
     QVERIFY((*m_feed)->writeOrders({{QStringLiteral("chunk"), QStringLiteral("16384")},
+                                    {QStringLiteral("odd_progress"), QString::number(odd)},
                                     {QStringLiteral("callback_thread"), callbackThread}}));
     NvUpgradeHelper *helper = NvUpgradeHelper::instance();
     const Receiver receiver(helper);
@@ -732,7 +735,7 @@ void TestNvUpgradeHelper::progressReachesTheGuiUnchangedAndInOrder()
 
     helper->downloadPackage(sampleDownload());
     QTRY_COMPARE(receiver.downloads.size(), 1);
-    QCOMPARE(receiver.percents, QList<int>({0, 25, 50, 75, 100}));
+    QCOMPARE(receiver.percents, QList<int>({odd, 0, 25, 50, 75, 100}));
     QCOMPARE(receiver.order.constLast(), QStringLiteral("download"));
     QVERIFY(receiver.allInOwnThread);
     QVERIFY(emittingThread != QThread::currentThread());
