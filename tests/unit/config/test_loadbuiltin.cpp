@@ -1,3 +1,4 @@
+#include "app/env/languages.h"
 #include "config/content/configcontent.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
@@ -21,6 +22,7 @@ void TestLoadBuiltin::languageWithoutBuiltinDocumentGivesEmptyLists()
     QVERIFY(Config::loadConfig().isEmpty());
     QVERIFY(Config::problemTypeList().isEmpty());
     QVERIFY(Config::recommendedList().isEmpty());
+    QVERIFY(Languages::translatorFileName(QString()).endsWith(QLatin1String("_en.qm")));
 }
 
 void TestLoadBuiltin::unknownLanguageGetsTheEnglishDocument()
