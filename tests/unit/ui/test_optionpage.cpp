@@ -1,4 +1,5 @@
 #include "tests/support/analyticsrecord.h"
+#include "tests/support/lookapplied.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
 #include "ui/optionpage.h"
@@ -30,6 +31,8 @@ private Q_SLOTS:
     void jumpReasonShowsItsOfferAndKeepsItsLink();
     void plainReasonShowsNeither();
     void bannerFollowsTheChoice();
+    void pictureThatCannotBeReadLeavesADarkGround_data();
+    void pictureThatCannotBeReadLeavesADarkGround();
     void textIsCutAtItsLimit();
     void textPropertyFollowsTheText();
     void buttonsRaiseTheirEvents();
@@ -247,6 +250,29 @@ void TestOptionPage::bannerFollowsTheChoice()
     QVERIFY(
         page.pnlLeft->styleSheet().contains(QStringLiteral(":/Resources/light/Option0_2x.png")));
     QCOMPARE(page.label->text(), QStringLiteral("b"));
+}
+
+void TestOptionPage::pictureThatCannotBeReadLeavesADarkGround_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("nothing") << QByteArray();
+    QTest::newRow("text") << QByteArray("no picture");
+    QTest::newRow("a page") << QByteArray("<html><body>Log in first</body></html>");
+    QTest::newRow("the head of a picture") << QByteArray("\x89PNG\r\n\x1A\n");
+}
+
+void TestOptionPage::pictureThatCannotBeReadLeavesADarkGround()
+{
+    QFETCH(QByteArray, content);
+    const LookApplied look;
+    m_sandbox->writeFile(
+        QStringLiteral("Temp/Norvane Clipwright Uninstaller/Configs/Images/option_7.png"), content);
+    OptionPage page(nullptr, options(R"([{"value": 7, "title": "A", "banner_title": "white",
+                                          "banner_url": "http://a.example/b.png"}])"));
+    reason(page, "A")->setChecked(true);
+    page.resize(700, 480);
+    const QImage panel = page.pnlLeft->grab().toImage();
+    QCOMPARE(panel.pixelColor(panel.width() / 2, panel.height() - 20), QColor(0x43, 0x36, 0xC9));
 }
 
 void TestOptionPage::textIsCutAtItsLimit()
