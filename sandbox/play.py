@@ -20,6 +20,7 @@ import time
 from desktop import Application, Desktop, Listener, browser_folder
 from proxies import HttpProxy, SocksProxy
 from service.service import Service
+from windowwatch import WindowWatch
 
 
 class Story:
@@ -439,10 +440,50 @@ def play_closed_splash_by_keys(story):
     story.expect_equal(story.events(), [], "the main window never came")
 
 
+def play_closed_splash_among_pictures(story):
+    """The splash is closed when the document is there and its pictures are not: the document is
+    kept, and no earlier picture is touched."""
+    published = os.path.join(story.service.root, "uninstall", "cfg", "v1", "846-en.json")
+    cache = story.path("Temp/Norvane Clipwright Uninstaller/Configs")
+    earlier = {}
+    with Listener() as silent:
+        with open(published, encoding="utf-8") as file:
+            document = file.read().replace(f'"{story.service.url}/', f'"{silent.url}/')
+        with open(published, "w", encoding="utf-8") as file:
+            file.write(document)
+        os.makedirs(os.path.join(cache, "Images"))
+        for product in json.loads(document)["recommended"]["list"]:
+            name = os.path.join(cache, "Images", f"pid_{product['pid']}.png")
+            earlier[name] = f"earlier {product['pid']}"
+            with open(name, "w", encoding="utf-8") as file:
+                file.write(earlier[name])
+        program = story.start()
+        try:
+            program.wait_for("push button", "Close")
+            deadline = time.monotonic() + 5
+            while silent.connections() < 5 and time.monotonic() < deadline:
+                time.sleep(0.05)
+            asked = silent.connections()
+            program.press("push button", "Close")
+            code = program.wait_for_exit()
+        finally:
+            program.close()
+    story.expect_equal(code, 0, "the program ended with exit code 0")
+    story.expect_equal(asked, 5, "it was waiting for five pictures")
+    story.expect_equal(story.events(), [], "the main window never came")
+    with open(os.path.join(cache, "en.cfg"), encoding="utf-8") as file:
+        story.expect_equal(json.load(file), json.loads(document), "the new document is kept")
+    found = {}
+    for name in os.listdir(os.path.join(cache, "Images")):
+        with open(os.path.join(cache, "Images", name), encoding="utf-8") as file:
+            found[os.path.join(cache, "Images", name)] = file.read()
+    story.expect_equal(found, earlier, "the earlier pictures are, and nothing else is there")
+
+
 def play_silent_server(story):
     """A server that accepts and never answers: the window comes after ten seconds, and the open
     connection does not delay the end."""
-    with Listener() as silent:
+    with Listener() as silent, WindowWatch() as windows:
         story.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = silent.url
         started = time.monotonic()
         program = story.start()
@@ -452,16 +493,27 @@ def play_silent_server(story):
             program.wait_for("radio button", "Other", seconds=15)
             took = time.monotonic() - started
             time.sleep(0.5)
-            gone = program.find("push button", "Close", window="SplashWindow") is None
             program.press("push button", "Cancel")
             pressed = time.monotonic()
             code = program.wait_for_exit()
             ending = time.monotonic() - pressed
         finally:
             program.close()
+        turning = windows.first("SplashWindow")
+        main = windows.first("Norvane Clipwright Uninstaller")
+        screen = windows.screen()
     story.expect_equal(code, 0, "the program ended with exit code 0")
     story.expect(splash < 3, f"the splash came at once ({splash:.1f} s)")
-    story.expect(gone, "the splash went when the main window had come")
+    loading = main.came - turning.came
+    story.expect(9.8 <= loading < 12,
+                 f"the main window came ten seconds after the splash ({loading:.2f} s)")
+    overlap = turning.went - main.came
+    story.expect(0.03 <= overlap < 0.5,
+                 f"the splash went a twentieth of a second after that ({1000 * overlap:.0f} ms)")
+    for window in (turning, main):
+        x, y, width, height = window.place
+        story.expect_equal((x, y), ((screen[0] - width) // 2, (screen[1] - height) // 2),
+                           f"{window.title} stood in the middle of the screen")
     story.expect(10 <= took < 13, f"the main window came after ten seconds ({took:.1f} s)")
     story.expect(ending < 2, f"the program ended promptly ({ending:.1f} s)")
     story.expect_equal(silent.connections(), 1, "it had tried the server")

@@ -115,11 +115,12 @@ class Service:
         self._certificate_for = certificate_for
         scheme = "https" if certificate_for else "http"
         self.url = f"{scheme}://{host}:{self._port}"
+        self.root = os.path.join(self._folder, "root")  # what is published
         self.authority_folder = os.path.join(self._folder, "authority")
 
     def __enter__(self):
         os.makedirs(os.path.join(self._folder, "tmp"), exist_ok=True)
-        make_root(self.url, os.path.join(self._folder, "root"))
+        make_root(self.url, self.root)
         configuration = os.path.join(self._folder, "nginx.conf")
         tls = self._make_certificate() if self._certificate_for else ""
         with open(configuration, "w", encoding="utf-8") as file:
