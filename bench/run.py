@@ -23,12 +23,12 @@ import tempfile
 import time
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
-sys.path[:0] = [ROOT, os.path.dirname(os.path.abspath(__file__))]
+sys.path[:0] = [os.path.join(ROOT, "sandbox"), os.path.dirname(os.path.abspath(__file__))]
 
 from table import Row, as_markdown, as_text, exponent, replaced_block  # noqa: E402
 import processes  # noqa: E402
-from sandbox.desktop import Listener  # noqa: E402
-from sandbox.service.service import Service, sample_pictures  # noqa: E402
+from desktop import Listener  # noqa: E402
+from service.service import Service, sample_pictures  # noqa: E402
 
 OUT = os.path.join(ROOT, "build", "bench")
 BIN = os.path.join(ROOT, "build", "native", "bin")
@@ -267,7 +267,7 @@ class Bench:
                  for name in ("clipwright-uninstaller", "clipwright-uninstaller-sandbox",
                               "baseline-window")]
         if not all(map(os.path.exists, names)):
-            return [Row(name, aim, "", skipped="./dev windows was not run")
+            return [Row(name, aim, "", skipped="there is no Windows build: ./dev windows")
                     for name, aim in aims.items()]
         shipped, sandbox, bare = names
         start, size, memory = aims
@@ -312,9 +312,10 @@ def publish_icons(url, root):
 def wine_prefix():
     """The environment of a Wine prefix of the bench's own, whose services run on between programs."""
     prefix = os.path.join(ROOT, "build", "wine", "bench")
-    script = (f". {ROOT}/packaging/windows/wine-prefix.sh; make_prefix {prefix}; "
-              "WINEPREFIX=$0 wineserver --persistent=60 >/dev/null 2>&1 || true; env -0")
-    output = subprocess.run(["bash", "-c", script, prefix], check=True, stdin=processes.DEVNULL,
+    script = ('set -euo pipefail; . "$0"; make_prefix "$1"; '
+              'WINEPREFIX=$1 wineserver --persistent=60 >/dev/null 2>&1 || true; env -0')
+    shared = os.path.join(ROOT, "packaging/windows/wine-prefix.sh")
+    output = subprocess.run(["bash", "-c", script, shared, prefix], check=True, stdin=processes.DEVNULL,
                             stdout=subprocess.PIPE).stdout.decode("utf-8", "surrogateescape")
     values = dict(entry.split("=", 1) for entry in output.split("\0") if "=" in entry)
     wine = {name: value for name, value in values.items()

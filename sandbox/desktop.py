@@ -8,6 +8,8 @@ import subprocess
 import threading
 import time
 
+import children
+
 
 class Desktop:
     """Starts the desktop on entry, ends all of it on exit."""
@@ -17,32 +19,38 @@ class Desktop:
         self._processes = contextlib.ExitStack()
 
     def __enter__(self):
-        os.environ["DISPLAY"] = ":" + self._start_and_ask(
-            ["Xvfb", "-screen", "0", self._size, "-nolisten", "tcp", "-displayfd"])
-        os.environ["DBUS_SESSION_BUS_ADDRESS"] = self._start_and_ask(
-            ["dbus-daemon", "--session", "--nofork", "--print-address"])
-        self._start(["openbox"])
-        # Translucent windows need a compositor to show what lies behind their corners.
-        self._start(["picom", "--config", "/dev/null", "--backend", "xrender"])
-        time.sleep(0.5)
+        with self._processes:  # which are ended when one of them does not start
+            os.environ["DISPLAY"] = ":" + self._start_and_ask(
+                ["Xvfb", "-screen", "0", self._size, "-nolisten", "tcp", "-displayfd"])
+            os.environ["DBUS_SESSION_BUS_ADDRESS"] = self._start_and_ask(
+                ["dbus-daemon", "--session", "--nofork", "--print-address"])
+            self._start(["openbox"])
+            # Translucent windows need a compositor to show what lies behind their corners.
+            self._start(["picom", "--config", "/dev/null", "--backend", "xrender"])
+            time.sleep(0.5)
+            self._processes = self._processes.pop_all()
         return self
 
     def __exit__(self, *exception):
         self._processes.close()
 
     def _start(self, command, **options):
-        process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                                   **options)
-        self._processes.callback(process.wait)
-        self._processes.callback(process.terminate)
+        process = children.start(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                 **options)
+        self._processes.callback(children.end, process)
 
     def _start_and_ask(self, command):
         """Starts a server that writes its address to the descriptor that it is given last."""
         read_end, write_end = os.pipe()
-        self._start([*command, str(write_end)], pass_fds=[write_end])
-        os.close(write_end)
+        try:
+            self._start([*command, str(write_end)], pass_fds=[write_end])
+        finally:
+            os.close(write_end)
         with os.fdopen(read_end) as reply:
-            return reply.readline().strip()
+            address = reply.readline().strip()
+        if not address:
+            raise OSError(f"{command[0]} does not start")
+        return address
 
     @staticmethod
     def save_picture(file):
@@ -103,8 +111,8 @@ class Application:
         # Starts the accessibility registry. A program that is started before it is not seen.
         pyatspi.Registry.getDesktop(0).get_child_count()
         self._log = open(log, "wb")
-        self.process = subprocess.Popen(command, env=environment, stdin=subprocess.DEVNULL,
-                                        stdout=self._log, stderr=subprocess.STDOUT)
+        self.process = children.start(command, env=environment, stdin=subprocess.DEVNULL,
+                                      stdout=self._log, stderr=subprocess.STDOUT)
 
     def close(self):
         if self.process.poll() is None:

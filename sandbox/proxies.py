@@ -1,40 +1,28 @@
 """Real proxies on loopback, each run between entry and exit."""
 
 import os
-import socket
-import subprocess
-import time
 
-from service.service import free_port
+import children
 
 
 class Proxy:
     """A proxy process with a log of its own."""
 
     def __init__(self, folder, name):
-        self.port = free_port()
+        self.port = None
         self.log = os.path.join(folder, name + ".log")
         self._process = None
 
-    def command(self):
+    def command_at(self, port):
         raise NotImplementedError
 
     def __enter__(self):
         with open(self.log, "wb") as log:
-            self._process = subprocess.Popen(self.command(), stdout=log, stderr=log)
-        deadline = time.monotonic() + 10
-        while True:
-            try:
-                socket.create_connection(("127.0.0.1", self.port)).close()
-                return self
-            except OSError:
-                if time.monotonic() > deadline or self._process.poll() is not None:
-                    raise
-                time.sleep(0.05)
+            self._process, self.port = children.start_server(self.command_at, stdout=log, stderr=log)
+        return self
 
     def __exit__(self, *exception):
-        self._process.terminate()
-        self._process.wait()
+        children.end(self._process)
 
     def lines(self):
         with open(self.log, encoding="utf-8", errors="replace") as log:
@@ -47,11 +35,12 @@ class HttpProxy(Proxy):
     def __init__(self, folder, user, password):
         super().__init__(folder, "tinyproxy")
         self._configuration = os.path.join(folder, "tinyproxy.conf")
-        with open(self._configuration, "w", encoding="ascii") as file:
-            file.write(f"Port {self.port}\nListen 127.0.0.1\nLogLevel Connect\n"
-                       f"BasicAuth {user} {password}\n")
+        self._credentials = f"{user} {password}"
 
-    def command(self):
+    def command_at(self, port):
+        with open(self._configuration, "w", encoding="ascii") as file:
+            file.write(f"Port {port}\nListen 127.0.0.1\nLogLevel Connect\n"
+                       f"BasicAuth {self._credentials}\n")
         return ["tinyproxy", "-d", "-c", self._configuration]
 
     def addresses(self):
@@ -66,8 +55,8 @@ class SocksProxy(Proxy):
         super().__init__(folder, "microsocks")
         self._credentials = ["-u", user, "-P", password]
 
-    def command(self):
-        return ["microsocks", "-i", "127.0.0.1", "-p", str(self.port), *self._credentials]
+    def command_at(self, port):
+        return ["microsocks", "-i", "127.0.0.1", "-p", str(port), *self._credentials]
 
     def connections(self):
         """Connections that it made for its clients."""

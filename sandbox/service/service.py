@@ -4,7 +4,7 @@ the maker's hosts would.
 
 usage: service.py [--port PORT] --folder DIR
 
-Serves until it is interrupted. What was asked for stands in DIR/access.log.
+Says where it serves, at a free port unless one is given, and serves until it is interrupted. What was asked for stands in DIR/access.log.
 """
 
 import argparse
@@ -13,12 +13,14 @@ import json
 import os
 import shutil
 import signal
-import socket
 import subprocess
 import sys
-import time
 
 HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path.insert(0, os.path.dirname(HERE))
+
+import children  # pylint: disable=wrong-import-position
+
 BUILT_IN = os.path.join(HERE, "..", "..", "Resources", "cfg")
 NGINX = shutil.which("nginx") or "/usr/sbin/nginx"
 
@@ -111,28 +113,34 @@ class Service:
 
     def __init__(self, folder, host="127.0.0.1", port=None, certificate_for=None):
         self._folder = os.path.abspath(folder)
-        self._port = port or free_port()
+        self._host = host
+        self._port = port
         self._certificate_for = certificate_for
-        scheme = "https" if certificate_for else "http"
-        self.url = f"{scheme}://{host}:{self._port}"
+        self._tls = ""
+        self._nginx = None
+        self.url = None
         self.root = os.path.join(self._folder, "root")  # what is published
         self.authority_folder = os.path.join(self._folder, "authority")
 
     def __enter__(self):
         os.makedirs(os.path.join(self._folder, "tmp"), exist_ok=True)
-        make_root(self.url, self.root)
-        configuration = os.path.join(self._folder, "nginx.conf")
-        tls = self._make_certificate() if self._certificate_for else ""
-        with open(configuration, "w", encoding="utf-8") as file:
-            file.write(CONFIGURATION.format(user=USER, folder=self._folder, port=self._port, tls=tls))
-        error_log = os.path.join(self._folder, "error.log")
-        self._nginx = subprocess.Popen([NGINX, "-c", configuration, "-e", error_log])
-        self._wait_until_it_answers()
+        if self._certificate_for:
+            self._tls = self._make_certificate()
+        self._nginx, _ = children.start_server(self._command_at, self._port)
         return self
 
     def __exit__(self, *exception):
-        self._nginx.terminate()
-        self._nginx.wait()
+        children.end(self._nginx)
+
+    def _command_at(self, port):
+        scheme = "https" if self._certificate_for else "http"
+        self.url = f"{scheme}://{self._host}:{port}"
+        make_root(self.url, self.root)
+        configuration = os.path.join(self._folder, "nginx.conf")
+        with open(configuration, "w", encoding="utf-8") as file:
+            file.write(CONFIGURATION.format(user=USER, folder=self._folder, port=port,
+                                            tls=self._tls))
+        return [NGINX, "-c", configuration, "-e", os.path.join(self._folder, "error.log")]
 
     def _make_certificate(self):
         def openssl(*arguments):
@@ -154,32 +162,15 @@ class Service:
         return (f" ssl;\n    ssl_certificate {self._folder}/server.pem;\n"
                 f"    ssl_certificate_key {self._folder}/server.key")
 
-    def _wait_until_it_answers(self):
-        deadline = time.monotonic() + 10
-        while True:
-            try:
-                socket.create_connection(("127.0.0.1", self._port)).close()
-                return
-            except OSError:
-                if time.monotonic() > deadline or self._nginx.poll() is not None:
-                    raise
-                time.sleep(0.05)
-
     def requests(self):
         """The request lines that came, in order."""
         with open(os.path.join(self._folder, "access.log"), encoding="utf-8") as log:
             return [line.split('"')[1] for line in log if '"' in line]
 
 
-def free_port():
-    with socket.socket() as probe:
-        probe.bind(("127.0.0.1", 0))
-        return probe.getsockname()[1]
-
-
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--port", type=int, default=8846)
+    parser.add_argument("--port", type=int)
     parser.add_argument("--folder", required=True)
     arguments = parser.parse_args()
     for end in (signal.SIGINT, signal.SIGTERM):
