@@ -10,9 +10,12 @@ import concurrent.futures
 import html
 import json
 import os
-import shutil
 import subprocess
 import sys
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "../sandbox"))
+
+from ownfolder import make_afresh  # pylint: disable=wrong-import-position
 
 # The installer's codes, one for each catalogue.
 LANGUAGES = {
@@ -159,8 +162,7 @@ def main():
     if unknown:
         parser.error(f"unknown language {unknown[0]}; known are {', '.join(LANGUAGES)}")
 
-    shutil.rmtree(arguments.out, ignore_errors=True)
-    os.makedirs(arguments.out)
+    make_afresh(arguments.out)
     jobs = [(language, scale) for language in languages for scale in scales]
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
         indexes = list(pool.map(lambda job: render(arguments.bin, arguments.out, *job), jobs))

@@ -18,9 +18,14 @@ import sys
 import time
 
 from desktop import Application, Desktop, Listener, browser_folder
+from ownfolder import make_afresh
 from proxies import HttpProxy, SocksProxy
 from service.service import Service
 from windowwatch import WindowWatch
+
+
+# What comes at once may take so many seconds on a busy machine.
+BUSY = 15
 
 
 class Story:
@@ -33,8 +38,9 @@ class Story:
         self.failures = []
         self.pictures = []
         self.service = None
-        shutil.rmtree(self.out, ignore_errors=True)
-        os.makedirs(self.out)
+        self._started = None
+        self.pace = 0.0
+        make_afresh(self.out)
 
     def prepare(self):
         made = subprocess.run([os.path.join(self.binaries, "make-sandbox"), self.root], check=True,
@@ -95,12 +101,29 @@ class Story:
         return sorted(os.path.relpath(os.path.join(parent, file), self.install_dir)
                       for parent, _, files in os.walk(folder) for file in files)
 
+    def fetched(self):
+        """Names of the documents and of the pictures in the cache."""
+        cache = self.path("Temp/Norvane Clipwright Uninstaller/Configs")
+        if not os.path.isdir(cache):
+            return [], []
+        return ([name for name in os.listdir(cache) if name.endswith(".cfg")],
+                sorted(os.listdir(os.path.join(cache, "Images"))))
+
     def start(self, wrap=()):
+        self._started = time.monotonic()
         return Application([*wrap, os.path.join(self.binaries, "clipwright-uninstaller-sandbox")],
                            self.environment, os.path.join(self.out, "program.log"))
 
+    def has_shown_itself(self):
+        """To be called when the program's first window is there: tells how quick the machine is."""
+        self.pace = time.monotonic() - self._started
+
+    def soon(self):
+        """Seconds in which what nobody waits for is over, on a machine as quick as this."""
+        return 2 + 2 * self.pace
+
     @staticmethod
-    def wait_for_file(file, seconds=5):
+    def wait_for_file(file, seconds=BUSY):
         deadline = time.monotonic() + seconds
         while not os.path.exists(file) and time.monotonic() < deadline:
             time.sleep(0.1)
@@ -112,10 +135,7 @@ class Story:
         for switch in self.lines("Received/update-installer.txt"):
             print("Update installer's switch: " + switch)
         print("Files left of the sample product: " + (", ".join(self.files_left()) or "none"))
-        cache = self.path("Temp/Norvane Clipwright Uninstaller/Configs")
-        pictures = sorted(os.listdir(os.path.join(cache, "Images"))) if os.path.isdir(cache) else []
-        documents = [name for name in os.listdir(cache) if name.endswith(".cfg")] \
-            if os.path.isdir(cache) else []
+        documents, pictures = self.fetched()
         print(f"Fetched over HTTP ({len(self.service.requests())} requests): "
               f"{', '.join(documents) or 'no document'}; {len(pictures)} pictures: "
               + ", ".join(pictures))
@@ -380,6 +400,8 @@ def play_stuck_library(story):
         orders.write("never_return=check\n")
     program = story.start()
     try:
+        program.wait_for("radio button", "My version is out of date")
+        story.has_shown_itself()
         program.press("radio button", "My version is out of date")
         program.press("push button", "  Get latest version  ")
         story.expect(story.wait_for_file(story.path("Feed/calls.jsonl")), "the library was asked")
@@ -392,7 +414,7 @@ def play_stuck_library(story):
         program.close()
 
     story.expect_equal(code, 0, "the program ended with exit code 0")
-    story.expect(took < 5, f"soon after its window was closed ({took:.1f} s)")
+    story.expect(took < story.soon(), f"soon after its window was closed ({took:.1f} s)")
     story.expect_equal([json.loads(line)["call"] for line in story.lines("Feed/calls.jsonl")],
                        ["check_upgrade_c"], "the library was asked this one thing")
     story.expect_equal(story.events(), [
@@ -409,7 +431,8 @@ def play_closed_splash(story):
         story.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = silent.url
         program = story.start()
         try:
-            program.wait_for("push button", "Close", seconds=5)
+            program.wait_for("push button", "Close")
+            story.has_shown_itself()
             story.picture("splash")
             program.press("push button", "Close")
             closed = time.monotonic()
@@ -418,8 +441,9 @@ def play_closed_splash(story):
         finally:
             program.close()
     story.expect_equal(code, 0, "the program ended with exit code 0")
-    story.expect(0.4 < took < 2, f"about half a second after the splash was closed ({took:.1f} s)")
+    story.expect(0.4 < took < story.soon(), f"about half a second after the splash was closed ({took:.1f} s)")
     story.expect_equal(story.events(), [], "the main window never came")
+    story.expect_equal(story.fetched(), ([], []), "nothing was fetched")
     story.expect_equal([call["call"] for call in story.calls()],
                        ["data_init", "data_base_info", "data_stop"],
                        "the analytics session was closed in order")
@@ -431,7 +455,7 @@ def play_closed_splash_by_keys(story):
         story.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = silent.url
         program = story.start()
         try:
-            program.wait_for("push button", "Close", seconds=5)
+            program.wait_for("push button", "Close")
             Desktop.press_keys("SplashWindow", "alt+F4")
             code = program.wait_for_exit()
         finally:
@@ -488,9 +512,9 @@ def play_silent_server(story):
         started = time.monotonic()
         program = story.start()
         try:
-            program.wait_for("push button", "Close", seconds=5)
-            splash = time.monotonic() - started
-            program.wait_for("radio button", "Other", seconds=15)
+            program.wait_for("push button", "Close")
+            story.has_shown_itself()
+            program.wait_for("radio button", "Other", seconds=10 + BUSY)
             took = time.monotonic() - started
             time.sleep(0.5)
             program.press("push button", "Cancel")
@@ -503,9 +527,8 @@ def play_silent_server(story):
         main = windows.first("Norvane Clipwright Uninstaller")
         screen = windows.screen()
     story.expect_equal(code, 0, "the program ended with exit code 0")
-    story.expect(splash < 3, f"the splash came at once ({splash:.1f} s)")
     loading = main.came - turning.came
-    story.expect(9.8 <= loading < 12,
+    story.expect(9.8 <= loading < 10 + BUSY,
                  f"the main window came ten seconds after the splash ({loading:.2f} s)")
     overlap = turning.went - main.came
     story.expect(0.03 <= overlap < 0.5,
@@ -514,8 +537,8 @@ def play_silent_server(story):
         x, y, width, height = window.place
         story.expect_equal((x, y), ((screen[0] - width) // 2, (screen[1] - height) // 2),
                            f"{window.title} stood in the middle of the screen")
-    story.expect(10 <= took < 13, f"the main window came after ten seconds ({took:.1f} s)")
-    story.expect(ending < 2, f"the program ended promptly ({ending:.1f} s)")
+    story.expect(10 <= took, f"the main window came after ten seconds ({took:.1f} s)")
+    story.expect(ending < story.soon(), f"the program ended promptly ({ending:.1f} s)")
     story.expect_equal(silent.connections(), 1, "it had tried the server")
 
 
@@ -573,7 +596,7 @@ def look_and_leave(story, wrap=()):
     started = time.monotonic()
     program = story.start(wrap)
     try:
-        program.wait_for("radio button", "Other", seconds=15)
+        program.wait_for("radio button", "Other", seconds=10 + BUSY)
         took = time.monotonic() - started
         program.press("push button", "Cancel")
         story.expect_equal(program.wait_for_exit(), 0, "the program ended with exit code 0")
@@ -630,8 +653,8 @@ def play_https(story):
 
 
 def refused_certificate(story, certificate_for, trusted):
+    usual = look_and_leave(story)  # with the story's own service
     cached = story.path("Temp/Norvane Clipwright Uninstaller/Configs/en.cfg")
-    os.makedirs(os.path.dirname(cached))
     built_in = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../Resources/cfg/en.cfg")
     shutil.copyfile(built_in, cached)
     with Service(os.path.join(story.out, "distant"), MACHINE,
@@ -639,7 +662,7 @@ def refused_certificate(story, certificate_for, trusted):
         story.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = distant.url
         took = look_and_leave(story, trusting(distant.authority_folder) if trusted else ())
         story.expect_equal(distant.requests(), [], "not one request was sent")
-    story.expect(took < 5, f"the window came at once ({took:.1f} s)")
+    story.expect(took < 5 + 2 * usual, f"the window waited for nobody ({took:.1f} s)")
     with open(built_in, "rb") as expected, open(cached, "rb") as found:
         story.expect(expected.read() == found.read(), "the earlier document is untouched")
 

@@ -15,6 +15,10 @@ import sys
 import zipfile
 
 HERE = pathlib.Path(__file__).resolve().parent
+sys.path.insert(0, str(HERE.parents[1] / "sandbox"))
+
+from ownfolder import make_afresh  # pylint: disable=wrong-import-position
+
 TOOL = "x86_64-w64-mingw32-"
 PROGRAM = "clipwright-uninstaller.exe"
 CLOSED_LIBRARIES = ["data_api.dll", "nvUpgrade.dll"]
@@ -122,7 +126,7 @@ def main():
     sysroot = arguments.sysroot  # as the build names it
 
     name = f"clipwright-uninstaller-{version_of(build)}-windows-x86_64"
-    shutil.rmtree(out, ignore_errors=True)
+    make_afresh(out)
     folder, symbols = out / name, out / (name + "-symbols")
     (folder / "stand-ins").mkdir(parents=True)
     symbols.mkdir()

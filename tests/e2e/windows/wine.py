@@ -7,6 +7,9 @@ import shutil
 import subprocess
 import time
 
+# Ends a prefix's programs when its standard input ends, as it does with whoever holds the other end.
+GUARD = 'cat >/dev/null; wineserver --kill'
+
 HERE = os.path.dirname(os.path.abspath(__file__))
 SHARED = os.path.join(HERE, "../../../packaging/windows/wine-prefix.sh")
 
@@ -18,6 +21,7 @@ class Prefix:
     def __init__(self, folder):
         self.folder = folder
         self.environment = {}
+        self._guard = None
 
     def __enter__(self):
         shutil.rmtree(self.folder, ignore_errors=True)
@@ -29,9 +33,15 @@ class Prefix:
         # Wine takes variables of Qt for those of a Qt on this side.
         for variable in [name for name in self.environment if name.startswith("QT_")]:
             del self.environment[variable]
+        # Not among this process's children, which may be killed with it.
+        self._guard = subprocess.Popen(["setsid", "--fork", "sh", "-c", GUARD],
+                                       env=self.environment, stdin=subprocess.PIPE,
+                                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self._guard.wait()
         return self
 
     def __exit__(self, *exception):
+        self._guard.stdin.close()
         self.run_server("--kill")
         self.run_server("--wait")
         shutil.rmtree(self.folder, ignore_errors=True)
