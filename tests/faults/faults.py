@@ -20,7 +20,8 @@ import threading
 import time
 import traceback
 
-import bench
+import harness
+from ownfolder import make_afresh  # where harness looks
 from table import ROWS
 
 import rows_network  # the order of the imports is that of the table
@@ -53,11 +54,11 @@ def play(row, binaries, folder):
     result = Result(row)
     began = time.monotonic()
     try:
-        with bench.Screen() as screen:
-            fault = bench.Fault(binaries, folder, screen)
+        with harness.Screen() as screen:
+            fault = harness.Fault(binaries, folder, screen)
             try:
                 row.play(fault)
-            except bench.Skipped as reason:
+            except harness.Skipped as reason:
                 result.outcome = "skip"
                 fault.note(str(reason))
             except AssertionError as wrong:
@@ -145,8 +146,7 @@ def main():
     resource.setrlimit(resource.RLIMIT_CORE,
                        (resource.getrlimit(resource.RLIMIT_CORE)[1],) * 2)
     out = os.path.abspath(arguments.out)
-    shutil.rmtree(out, ignore_errors=True)
-    os.makedirs(out)
+    make_afresh(out)
 
     def report(result):
         row = result.row

@@ -5,8 +5,8 @@ import json
 import os
 import subprocess
 
-import bench
-from bench import EARLIER, NO_REASON, SERVED
+import harness
+from harness import EARLIER, NO_REASON, SERVED
 from servers import PICTURE, FaultyServer, answer, dead_port, png
 from table import row
 
@@ -78,7 +78,7 @@ def odd_picture(name, picture, megabytes=200):
             fault.choose(down=2)
             fault.wait_until(lambda: "PopUp_FeedbackClick" in fault.actions(), 10, "a reason chosen")
             fault.expect_memory_below(megabytes)
-            fault.click(bench.MAIN, bench.CANCEL)
+            fault.click(harness.MAIN, harness.CANCEL)
             fault.wait_for_exit()
         fault.note(f"{len(fault.picture_names())} pictures of {len(picture())} bytes")
 

@@ -9,7 +9,7 @@ import stat
 import threading
 import time
 
-from bench import CONFIRMATION, CONTINUE, MAIN, MESSAGE
+from harness import CONFIRMATION, CONTINUE, MAIN, MESSAGE
 from servers import FaultyServer
 from table import row
 

@@ -7,7 +7,7 @@ import signal
 import subprocess
 import time
 
-from bench import CONFIRMATION, CONTINUE, EARLIER, MAIN, MESSAGE, SERVED, SPLASH
+from harness import CONFIRMATION, CONTINUE, EARLIER, MAIN, MESSAGE, SERVED, SPLASH
 from servers import FaultyServer
 from table import row
 

@@ -6,7 +6,7 @@ import shutil
 import subprocess
 import time
 
-from bench import BUILT_IN, CONFIRMATION, CONTINUE, EARLIER, MAIN, MESSAGE, NO_REASON, REMOVE, SERVED, SPLASH, Skipped
+from harness import BUILT_IN, CONFIRMATION, CONTINUE, EARLIER, MAIN, MESSAGE, NO_REASON, REMOVE, SERVED, SPLASH, Skipped
 from servers import PICTURE, FaultyServer, answer, dead_port
 from table import row
 

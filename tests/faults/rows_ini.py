@@ -5,7 +5,7 @@ import os
 import random
 import time
 
-from bench import BUILT_IN
+from harness import BUILT_IN
 from servers import dead_port
 from table import row
 

@@ -4,7 +4,7 @@ import json
 import os
 import time
 
-from bench import BUILT_IN, MAIN, MESSAGE, SERVED, SPLASH
+from harness import BUILT_IN, MAIN, MESSAGE, SERVED, SPLASH
 from servers import FaultyServer
 from table import row
 

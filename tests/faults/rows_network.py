@@ -6,7 +6,7 @@ import gzip
 import itertools
 import time
 
-from bench import BUILT_IN, EARLIER, PROMPT, SERVED
+from harness import BUILT_IN, EARLIER, PROMPT, SERVED
 from servers import PICTURE, FaultyServer, answer, dead_port
 from table import row
 

@@ -7,7 +7,7 @@ import struct
 import threading
 import zlib
 
-import bench
+import harness
 
 
 def answer(body=b"", status="200 OK", length=None, *headers):
@@ -64,7 +64,7 @@ class Exchange:
                     return
 
     def document(self):
-        return json.dumps(bench.document(bench.SERVED, self.server.url)).encode()
+        return json.dumps(harness.document(harness.SERVED, self.server.url)).encode()
 
 
 class FaultyServer:
@@ -120,8 +120,11 @@ class FaultyServer:
                 connection.sendall(fault)
 
 
+# Bound and never listening: nobody else comes to listen there.
+_CLOSED = socket.socket()
+_CLOSED.bind(("127.0.0.1", 0))
+
+
 def dead_port():
     """An address at which nobody listens."""
-    with socket.socket() as probe:
-        probe.bind(("127.0.0.1", 0))
-        return f"http://127.0.0.1:{probe.getsockname()[1]}"
+    return f"http://127.0.0.1:{_CLOSED.getsockname()[1]}"

@@ -12,8 +12,8 @@ class Row:
 
 
 def row(group, name, alone=False):
-    """Makes a function, which is given the bench.Fault, a row. A row that measures what other rows
-    would spoil runs alone."""
+    """Makes a function, which is given the harness.Fault, a row. A row that measures what other
+    rows would spoil runs alone."""
     def add(play):
         ROWS.append(Row(group, name, play, alone))
         return play

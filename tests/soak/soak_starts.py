@@ -3,8 +3,8 @@
 
 usage: soak_starts.py --bin DIR --out DIR [--starts N]
 
-Each start fetches document and pictures, shows the window, opens the last question and closes by
-the window system's key. After each tenth of the starts it prints the memory and the descriptors
+Each start fetches document and pictures, shows the window, chooses a reason and closes by the
+window system's key. After each tenth of the starts it prints the memory and the descriptors
 that a copy had in use, and the files in its folders. Exits with 1 when one of them has grown since
 the first tenth: memory by 2 % or more, the others at all; or when a copy did not end well.
 """
@@ -17,7 +17,7 @@ import sys
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "faults"))
 
-import bench  # pylint: disable=wrong-import-position
+import harness  # pylint: disable=wrong-import-position
 from servers import FaultyServer  # pylint: disable=wrong-import-position
 
 TENTHS = 10
@@ -40,7 +40,7 @@ def start_and_close(fault, server):
     fault.start(CLIPWRIGHT_SANDBOX_SERVICE=server.url)
     fault.wait_for_main_window()
     fault.choose()
-    fault.wait_until(lambda: fault.windows(bench.SPLASH) == [], 5, "the splash gone")
+    fault.wait_until(lambda: fault.windows(harness.SPLASH) == [], 5, "the splash gone")
     process = fault.process.pid
     used = kilobytes(process), len(os.listdir(f"/proc/{process}/fd"))
     fault.close_by_keys()
@@ -69,10 +69,12 @@ def main():
     parser.add_argument("--out", required=True, help="folder for the sandbox")
     parser.add_argument("--starts", type=int, default=500)
     arguments = parser.parse_args()
+    if arguments.starts < TENTHS:
+        parser.error(f"at least {TENTHS} starts, one for each tenth")
 
     print("Starts of the whole program")
-    with bench.Screen() as screen, FaultyServer() as server:
-        fault = bench.Fault(os.path.abspath(arguments.bin), os.path.abspath(arguments.out), screen)
+    with harness.Screen() as screen, FaultyServer() as server:
+        fault = harness.Fault(os.path.abspath(arguments.bin), os.path.abspath(arguments.out), screen)
         is_sound = False
         try:
             is_sound = soak(fault, server, arguments.starts)

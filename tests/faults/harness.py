@@ -18,6 +18,8 @@ HERE = os.path.dirname(os.path.abspath(__file__))
 SOURCES = os.path.dirname(os.path.dirname(HERE))
 sys.path.insert(0, os.path.join(SOURCES, "sandbox"))
 
+from ownfolder import make_afresh  # pylint: disable=wrong-import-position
+
 SPLASH = "SplashWindow"
 MAIN = "Norvane Clipwright Uninstaller"
 CONFIRMATION = "Confirm uninstallation"
@@ -128,8 +130,7 @@ class Fault:
         self.remove_pressed = False
         self.outliving = False
         self._said = []
-        shutil.rmtree(folder, ignore_errors=True)
-        os.makedirs(folder)
+        make_afresh(folder)
         self._make_sandbox()
 
     def _make_sandbox(self):
