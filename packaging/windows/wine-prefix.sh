@@ -15,23 +15,44 @@ make_prefix() {
   local prefix=$1
   [ ! -d "$prefix" ] || return 0
   mkdir -p "$wine_folder"
-  (
-    flock 9
-    if [ ! -d "$wine_folder/template" ]; then
-      rm -rf "$wine_folder/template.part"
-      WINEPREFIX=$wine_folder/template.part wineboot --init </dev/null >/dev/null 2>&1
-      # By itself this Wine passes for Windows 7.
-      WINEPREFIX=$wine_folder/template.part wine winecfg -v win10 </dev/null >/dev/null 2>&1
-      # A crash is an exit code, not a dialog.
-      WINEPREFIX=$wine_folder/template.part wine reg add 'HKCU\Software\Wine\WineDbg' \
-        /v ShowCrashDialog /t REG_DWORD /d 0 /f </dev/null >/dev/null 2>&1
-      WINEPREFIX=$wine_folder/template.part wineserver --wait
-      mv -T "$wine_folder/template.part" "$wine_folder/template"
-    fi
-    rm -rf "$prefix.part"
-    cp -a "$wine_folder/template" "$prefix.part"
-    mv -T "$prefix.part" "$prefix"
-  ) 9>"$wine_folder/template.lock"
+  # A shell of its own: its errors end it, whatever the caller's settings are, and however it asks.
+  CLIPWRIGHT_WINE_FOLDER=$wine_folder bash -euo pipefail -c \
+    '. "$0"; copy_of_template "$1"' "$here/wine-prefix.sh" "$prefix" || {
+    echo "cannot make the Wine prefix $prefix; see $wine_folder/template.txt" >&2
+    return 1
+  }
+}
+
+# copy_of_template FOLDER: to be called where errors end the shell.
+copy_of_template() {
+  local prefix=$1
+  exec 9>"$wine_folder/template.lock"
+  flock 9
+  [ -d "$wine_folder/template" ] || make_template >"$wine_folder/template.txt" 2>&1 9>&- </dev/null
+  rm -rf "$prefix.part"
+  cp -a "$wine_folder/template" "$prefix.part"
+  mv -T "$prefix.part" "$prefix"
+}
+
+make_template() {
+  export WINEPREFIX=$wine_folder/template.part
+  rm -rf "$WINEPREFIX"
+  wineboot --init
+  # By itself this Wine passes for Windows 7.
+  wine winecfg -v win10
+  # A crash is an exit code, not a dialog.
+  wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f
+  wineserver --wait
+  mv -T "$WINEPREFIX" "$wine_folder/template"
+  unset WINEPREFIX
+}
+
+# end_prefixes: ends every program in the prefixes that there are, and their servers.
+end_prefixes() {
+  local prefix
+  for prefix in "$wine_folder"/*/; do
+    [ ! -d "$prefix/drive_c" ] || WINEPREFIX=${prefix%/} wineserver --kill 2>/dev/null || true
+  done
 }
 
 # run_in_prefix FOLDER COMMAND...: runs it there; its background processes hold no output open.
