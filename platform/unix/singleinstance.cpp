@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Platform {
@@ -21,6 +22,11 @@ bool claimSingleInstance(const char *name)
                                 O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
     if (descriptor < 0)
         return true;
+    struct stat status = {};
+    if (fstat(descriptor, &status) == 0 && status.st_uid != getuid()) {
+        close(descriptor); // somebody else's, who could hold it for good
+        return true;
+    }
     if (flock(descriptor, LOCK_EX | LOCK_NB) == 0)
         return true; // held, and never closed, until the process ends
     const bool heldByAnother = errno == EWOULDBLOCK;

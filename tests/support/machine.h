@@ -15,6 +15,9 @@ bool canFillDisk();
 /// Puts such a file at a path.
 bool makeFull(const QString &fileName);
 
+/// Makes another user the owner of a file. Returns false where that is not allowed.
+bool giveToAnotherUser(const QString &fileName);
+
 /// Whether a file is a program that the system may hold on to after its process was killed.
 bool keepsKilledProgram(const QString &fileName);
 

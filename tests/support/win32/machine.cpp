@@ -22,6 +22,11 @@ bool makeFull(const QString & /*fileName*/)
     return false;
 }
 
+bool giveToAnotherUser(const QString & /*fileName*/)
+{
+    return false;
+}
+
 // Wine does, when it was killed while it was being loaded.
 bool keepsKilledProgram(const QString &fileName)
 {

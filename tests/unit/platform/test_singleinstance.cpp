@@ -1,3 +1,4 @@
+#include "tests/support/machine.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
 
@@ -17,6 +18,7 @@ private Q_SLOTS:
     void otherNamesAreIndependent();
     void brokenMachineDoesNotLockOut();
     void plantedLinkIsNotFollowed();
+    void lockHeldByAnotherUserDoesNotLockOut();
 };
 
 namespace {
@@ -116,6 +118,21 @@ void TestSingleInstance::plantedLinkIsNotFollowed()
     QVERIFY(QFile::link(sandbox.path(QStringLiteral("made through the link")), lock));
     QCOMPARE(Claim(name).answer(), claimed);
     QVERIFY(!QFile::exists(sandbox.path(QStringLiteral("made through the link"))));
+}
+
+void TestSingleInstance::lockHeldByAnotherUserDoesNotLockOut()
+{
+    if (QDir::separator() == QLatin1Char('\\'))
+        QSKIP("the name is held by this system itself, not by a file");
+    const Sandbox sandbox;
+    const QString folder = sandbox.path(QStringLiteral("Runtime"));
+    QDir().mkpath(folder);
+    const Claim first(name);
+    QCOMPARE(Claim(name).answer(), refused);
+    const QString lock = QDir(folder).entryInfoList(QDir::Files).constFirst().filePath();
+    if (!Machine::giveToAnotherUser(lock))
+        QSKIP("only root can make a file another user's");
+    QCOMPARE(Claim(name).answer(), claimed);
 }
 
 QTEST_GUILESS_MAIN(TestSingleInstance)
