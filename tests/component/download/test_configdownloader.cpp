@@ -170,6 +170,10 @@ private Q_SLOTS:
     void finishesWhenNoPictureCanBeWritten();
     void repeatsFinishedWhenTheLastPictureCannotBeStarted();
     void fetchesLargePictures();
+    void takesNothingBeyondItsLimits_data();
+    void takesNothingBeyondItsLimits();
+    void picturesWithAQueryAreDroppedWhereNoFileHasSuchAName();
+    void plantedLinksAreFollowed();
 
     void abortsTheDocumentWhenTheTimeIsOver_data();
     void abortsTheDocumentWhenTheTimeIsOver();
@@ -745,6 +749,74 @@ void TestConfigDownloader::fetchesLargePictures()
     QVERIFY(download());
     for (int pid = 1; pid <= 3; ++pid)
         QVERIFY(Sandbox::readFile(image(QStringLiteral("pid_%1.png").arg(pid))) == large);
+}
+
+void TestConfigDownloader::takesNothingBeyondItsLimits_data()
+{
+    QTest::addColumn<int>("documentBytes");
+    QTest::addColumn<int>("pictureBytes");
+    QTest::addColumn<bool>("takesDocument");
+    QTest::addColumn<bool>("takesPicture");
+    constexpr int mebibyte = 1024 * 1024;
+    QTest::newRow("both as large as may be") << 8 * mebibyte << 16 * mebibyte << true << true;
+    QTest::newRow("document too large") << 8 * mebibyte + 1 << 1 << false << false;
+    QTest::newRow("picture too large") << 1 << 16 * mebibyte + 1 << true << false;
+}
+
+void TestConfigDownloader::takesNothingBeyondItsLimits()
+{
+    QFETCH(int, documentBytes);
+    QFETCH(int, pictureBytes);
+    QFETCH(bool, takesDocument);
+    QFETCH(bool, takesPicture);
+    const QByteArray content =
+        json(document({listed({product(1, link(QStringLiteral("/a.png")))})}, plainOption()));
+    const QByteArray blanks(qMax(0, documentBytes - content.size()), ' ');
+    m_server->answer(documentPath, Answer::ok(content + blanks));
+    m_server->answer(QStringLiteral("/a.png"), Answer::ok(QByteArray(pictureBytes, 'x')));
+    QVERIFY(download());
+    QCOMPARE(QFile::exists(Config::configFilePath()), takesDocument);
+    QCOMPARE(images(), takesPicture ? QStringList(QStringLiteral("pid_1.png")) : QStringList());
+}
+
+void TestConfigDownloader::picturesWithAQueryAreDroppedWhereNoFileHasSuchAName()
+{
+    const bool isNameAllowed = QDir::separator() == QLatin1Char('/');
+    m_server->answer(QStringLiteral("/a.png?v=2"), Answer::ok("picture"));
+    m_server->answer(QStringLiteral("/b.png"), Answer::ok("picture"));
+    serve(document({listed({product(1, link(QStringLiteral("/a.png?v=2"))),
+                            product(2, link(QStringLiteral("/b.png")))})},
+                   plainOption()));
+    QVERIFY(download());
+    QStringList expected(QStringLiteral("pid_2.png"));
+    if (isNameAllowed)
+        expected.prepend(QStringLiteral("pid_1.png?v=2"));
+    QCOMPARE(images(), expected);
+}
+
+void TestConfigDownloader::plantedLinksAreFollowed()
+{
+    if (QDir::separator() == QLatin1Char('\\'))
+        QSKIP("links are of another kind here, and the folder is the user's own");
+    const auto plant = [this](const QString &link, const QString &name) {
+        m_sandbox->writeFile(name, "the user's");
+        QVERIFY(QFile::link(m_sandbox->path(name), link));
+    };
+    plant(Config::configFilePath(), QStringLiteral("letter"));
+    plant(image(QStringLiteral("pid_1.png.~tmp")), QStringLiteral("photograph"));
+    plant(image(QStringLiteral("pid_1.png")), QStringLiteral("drawing"));
+    const QJsonObject served =
+        document({listed({product(1, link(QStringLiteral("/a.png")))})}, plainOption());
+    m_server->answer(QStringLiteral("/a.png"), Answer::ok("picture"));
+    serve(served);
+    QVERIFY(download());
+    const auto content = [this](const QString &name) {
+        return Sandbox::readFile(m_sandbox->path(name));
+    };
+    // Written through are a document and a picture, as they were served.
+    QCOMPARE(content(QStringLiteral("letter")), QJsonDocument(served).toJson());
+    QCOMPARE(content(QStringLiteral("photograph")), QByteArray("picture"));
+    QCOMPARE(content(QStringLiteral("drawing")), QByteArray("the user's"));
 }
 
 void TestConfigDownloader::abortsTheDocumentWhenTheTimeIsOver_data()

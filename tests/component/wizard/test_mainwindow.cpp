@@ -31,6 +31,7 @@ private Q_SLOTS:
     void configuredLinkCarriesTheProductId();
     void emptyLinkLeadsToTheRedirectHost();
     void linkWithoutPlaceForTheIdIsOpenedAsItStands();
+    void escapeThatBeginsAsThePlaceForTheIdIsTakenForIt();
     void captionIsTheTopStripOutsideButtons();
     void pageTakesTheKeyboard();
 
@@ -200,6 +201,17 @@ void TestMainWindow::linkWithoutPlaceForTheIdIsOpenedAsItStands()
     window.optionPage->btnNext->setProperty("url", QStringLiteral("https://a.example/b%20c"));
     window.optionPage->btnNext->click();
     QCOMPARE(links.links(), {QUrl(QStringLiteral("https://a.example/b%20c"))});
+}
+
+void TestMainWindow::escapeThatBeginsAsThePlaceForTheIdIsTakenForIt()
+{
+    const LinkCatcher links;
+    MainWindow window(nullptr);
+    window.show();
+    reason(window, couponTitle)->setChecked(true);
+    window.optionPage->btnNext->setProperty("url", QStringLiteral("https://a.example/b%1Fc"));
+    window.optionPage->btnNext->click();
+    QCOMPARE(links.links(), {QUrl(QStringLiteral("https://a.example/b8461Fc"))});
 }
 
 void TestMainWindow::captionIsTheTopStripOutsideButtons()

@@ -33,6 +33,7 @@ private Q_SLOTS:
     void windowIsLockedFromRemoveToTheStart();
     void noPairFailsAfterHalfASecond();
     void noFolderFailsAfterHalfASecond();
+    void whatIsRegisteredIsBelieved();
     void unstartableProgramFailsAtOnce();
     void exitCodeFails();
     void crashFails();
@@ -224,6 +225,27 @@ void TestUninstallRun::noFolderFailsAfterHalfASecond()
     answer(window, 1);
     QCOMPARE(window.wizardPages->currentWidget(), window.uninstallPage);
     QTRY_COMPARE(window.uninstallPage->lblTitle->text(), failedTitle());
+}
+
+void TestUninstallRun::whatIsRegisteredIsBelieved()
+{
+    const QString folder = m_sandbox->path(QStringLiteral("Anything/planted"));
+    const QString record = m_sandbox->path(QStringLiteral("Received/planted.txt"));
+    QVERIFY(QDir().mkpath(folder));
+    QVERIFY(QFile::copy((*m_sandbox)->installDir() + QStringLiteral("/unins000.exe"),
+                        folder + QStringLiteral("/unins005.exe")));
+    m_sandbox->writeFile(QStringLiteral("Anything/planted/unins005.dat"),
+                         "record=" + record.toUtf8() + '\n');
+    (*m_sandbox)->setSystemValue(QStringLiteral("HKEY_CLASSES_ROOT/NCPFile/path"), folder);
+    MainWindow window(nullptr);
+    window.show();
+    QTest::qWait(100);
+    QVERIFY(!QFile::exists(record)); // not before Remove
+    answer(window, 1);
+    QTRY_COMPARE(Sandbox::readLines(record),
+                 QStringList({QStringLiteral("/VERYSILENT"), QStringLiteral("/REINSTALL")}));
+    QTRY_VERIFY(!isProcessRunning(window));
+    QVERIFY(!QFile::exists((*m_sandbox)->uninstallerRecord()));
 }
 
 void TestUninstallRun::unstartableProgramFailsAtOnce()

@@ -16,6 +16,7 @@ private Q_SLOTS:
     void productDataDirWithoutProgramDataLiesAtTheRoot();
     void uninstallerDataDirIsMadeBelowTemporaryFiles();
     void valuesAreReadAfresh();
+    void environmentIsReadAfresh();
     void productIniAccidents_data();
     void productIniAccidents();
     void groupIdIsReadOnlyOnRequest();
@@ -98,6 +99,20 @@ void TestAppEnv::valuesAreReadAfresh()
     QVERIFY(!AppEnv::findUninstaller().isEmpty());
     QVERIFY(QFile::remove(sandbox->installDir() + QStringLiteral("/unins000.dat")));
     QVERIFY(AppEnv::findUninstaller().isEmpty());
+}
+
+void TestAppEnv::environmentIsReadAfresh()
+{
+    const Sandbox sandbox;
+    QCOMPARE(AppEnv::readProductInfo().productId, QStringLiteral("8461"));
+    const QString other = sandbox.path(QStringLiteral("Other"));
+    sandbox.writeFile(QStringLiteral("Other/Norvane Clipwright/Clipwright.ini"),
+                      "[System]\nProductID=12\n");
+    for (const char *variable : {"ProgramData", "TMPDIR", "TMP", "TEMP"})
+        qputenv(variable, QFile::encodeName(other));
+    QCOMPARE(AppEnv::readProductInfo().productId, QStringLiteral("12"));
+    QCOMPARE(AppEnv::uninstallerDataDir(),
+             other + QStringLiteral("/Norvane Clipwright Uninstaller"));
 }
 
 void TestAppEnv::productIniAccidents_data()

@@ -2,6 +2,7 @@
 
 #include "app/env/appenv.h"
 #include "net/kbasetask.h"
+#include "net/sharedaccessmanager.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/scriptedserver.h"
 #include "tests/support/testcase.h"
@@ -82,6 +83,7 @@ private Q_SLOTS:
     void survivesAQuestionWithoutAuthenticator();
     void sendsRequestsThroughTheProxy();
     void logsInToTheProxyWhenConnectedToAnAccessManager();
+    void proxyThatKeepsAskingIsAFailure();
 
 private:
     void writeSettings(const QByteArray &lines) const;
@@ -467,6 +469,26 @@ void TestKNetworkProxyMgr::logsInToTheProxyWhenConnectedToAnAccessManager()
     QCOMPARE(task.readAll(), QByteArray("text"));
     QCOMPARE(proxy.requests().constLast().headers.value("proxy-authorization"),
              "Basic " + QByteArray("robin:secret").toBase64());
+}
+
+void TestKNetworkProxyMgr::proxyThatKeepsAskingIsAFailure()
+{
+    ScriptedServer proxy;
+    const QUrl address(proxy.url());
+    const QString link = QStringLiteral("http://nowhere.invalid/a");
+    proxy.answer(link,
+                 Answer::error(407).withHeader("Proxy-Authenticate", "Basic realm=\"proxy\""));
+    ProxyInfo info = proxyInfo(2, 0, address.host(), address.port());
+    info.user = QStringLiteral("robin");
+    info.password = QStringLiteral("secret");
+    KNetworkProxyMgr::instance()->setProxyInfo(info);
+
+    KBaseTask task(Net::sharedAccessManager(), link); // as the program makes its requests
+    task.start();
+    task.waitForFinished(20000);
+    QCOMPARE(task.status(), KBaseTask::TaskFailed); // the time was not over
+    QCOMPARE(proxy.requests().size(), 2);           // it was tried with the password, once
+    QVERIFY(proxy.requests().constLast().headers.contains("proxy-authorization"));
 }
 
 QTEST_GUILESS_MAIN(TestKNetworkProxyMgr)

@@ -74,16 +74,23 @@ void TestSharedAccessManager::fetchesFromTheWebAlone()
 void TestSharedAccessManager::followsNoRedirectOutOfTheWeb()
 {
     ScriptedServer server;
-    const auto body = [&server](const QString &target) {
+    QString error;
+    const auto body = [&server, &error](const QString &target) {
         server.answer(QStringLiteral("/a"), ScriptedServer::Answer::redirect(target));
         KBaseTask task(Net::sharedAccessManager(), server.url(QStringLiteral("/a")));
         task.start();
         task.waitForFinished(10000);
+        error = task.errorString();
         return task.status() == KBaseTask::TaskSucceeded ? task.readAll() : QByteArray();
     };
     server.answer(QStringLiteral("/b"), ScriptedServer::Answer::ok("from the web"));
-    QCOMPARE(body(QUrl::fromLocalFile(localFile()).toString()), QByteArray());
-    QCOMPARE(body(QStringLiteral("data:text/plain,secret")), QByteArray());
+    for (const QString &target :
+         {QUrl::fromLocalFile(localFile()).toString(), QStringLiteral("data:text/plain,secret"),
+          QStringLiteral("file://share.invalid/folder/a.json"),
+          QStringLiteral("FILE://share.invalid/folder/a.json")}) {
+        QCOMPARE(body(target), QByteArray());
+        QCOMPARE(error, QStringLiteral("Protocol \"\" is unknown")); // so nobody was asked
+    }
     QCOMPARE(body(server.url(QStringLiteral("/b"))), QByteArray("from the web"));
 }
 
