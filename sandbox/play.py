@@ -652,6 +652,18 @@ def play_https(story):
         story.expect_equal(len(distant.requests()), 30, "document and pictures arrived")
 
 
+def play_https_to_http(story):
+    """A trusted server that leads elsewhere, without TLS: it is followed."""
+    with Service(os.path.join(story.out, "elsewhere")) as elsewhere, \
+            Service(os.path.join(story.out, "distant"), MACHINE, certificate_for=MACHINE,
+                    redirect_to=elsewhere.url) as distant:
+        story.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = distant.url
+        look_and_leave(story, trusting(distant.authority_folder))
+        story.expect_equal(len(distant.requests()), 1, "the document was asked for over TLS")
+        story.expect_equal(len(elsewhere.requests()), 30,
+                           "document and pictures arrived without it")
+
+
 def refused_certificate(story, certificate_for, trusted):
     usual = look_and_leave(story)  # with the story's own service
     cached = story.path("Temp/Norvane Clipwright Uninstaller/Configs/en.cfg")

@@ -40,7 +40,7 @@ http {{
   types {{ application/json json; image/png png; }}
   server {{
     listen {port}{tls};
-    root {folder}/root;
+    root {folder}/root;{redirect}
   }}
 }}
 """
@@ -109,13 +109,16 @@ def make_root(url, root):
 class Service:
     """Runs the service between entry and exit, at a free port unless one is given. With
     certificate_for it speaks TLS, with a certificate for that host name, signed by an authority of
-    its own whose certificate then stands in authority_folder."""
+    its own whose certificate then stands in authority_folder. With redirect_to, the address of another
+    service, it serves nothing itself."""
 
-    def __init__(self, folder, host="127.0.0.1", port=None, certificate_for=None):
+    def __init__(self, folder, host="127.0.0.1", port=None, certificate_for=None,
+                 redirect_to=None):
         self._folder = os.path.abspath(folder)
         self._host = host
         self._port = port
         self._certificate_for = certificate_for
+        self._redirect = f"\n    return 302 {redirect_to}$request_uri;" if redirect_to else ""
         self._tls = ""
         self._nginx = None
         self.url = None
@@ -139,7 +142,7 @@ class Service:
         configuration = os.path.join(self._folder, "nginx.conf")
         with open(configuration, "w", encoding="utf-8") as file:
             file.write(CONFIGURATION.format(user=USER, folder=self._folder, port=port,
-                                            tls=self._tls))
+                                            tls=self._tls, redirect=self._redirect))
         return [NGINX, "-c", configuration, "-e", os.path.join(self._folder, "error.log")]
 
     def _make_certificate(self):
