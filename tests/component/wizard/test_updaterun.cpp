@@ -232,6 +232,7 @@ private Q_SLOTS:
     void installPathIsTheDefaultFolderWithoutARegisteredOne();
     void newVersionIsThatOfTheUpdateDescription();
     void versionWithSwitchesIsOneArgument();
+    void downloadAnswerThatIsNoJsonIsFollowedByTheInstaller();
     void installerMayBeWrittenTo();
     void completedLookComesHalfASecondAfterTheInstaller();
     void actionIsDisabledExactlyWhileTheInstallerRuns();
@@ -769,6 +770,15 @@ void TestUpdateRun::versionWithSwitchesIsOneArgument()
     installUpgrade(window);
     QCOMPARE(installerArguments().size(), 8);
     QCOMPARE(installerArguments().value(1), QStringLiteral("/NEWVER=\"%1\"").arg(hostile));
+}
+
+void TestUpdateRun::downloadAnswerThatIsNoJsonIsFollowedByTheInstaller()
+{
+    QVERIFY((*m_feed)->writeDownloadAnswer("service not available"));
+    MainWindow window(nullptr);
+    window.show();
+    installUpgrade(window);
+    QCOMPARE(installerArguments().value(1), QStringLiteral("/NEWVER=\"8.0.0.1\""));
 }
 
 void TestUpdateRun::installerMayBeWrittenTo()
