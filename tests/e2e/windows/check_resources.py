@@ -28,6 +28,8 @@ def main():
            "it asks for administrator rights")
     identities = [element.get("name") for element in manifest.iter()
                   if element.tag.endswith("assemblyIdentity")]
+    own = next(element for element in manifest.iter() if element.tag.endswith("assemblyIdentity"))
+    expect(own.get("version") == version + ".0", f"it is of version {version} there, too")
     expect("Microsoft.Windows.Common-Controls" in identities, "it uses common controls 6")
     expect(tags["longPathAware"].text == "true", "it takes long paths")
     expect(sum(element.tag.endswith("supportedOS") for element in manifest.iter()) == 4,
