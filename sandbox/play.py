@@ -530,8 +530,8 @@ def play_silent_server(story):
     loading = main.came - turning.came
     story.expect(9.8 <= loading < 10 + BUSY,
                  f"the main window came ten seconds after the splash ({loading:.2f} s)")
-    overlap = turning.went - main.came
-    story.expect(0.03 <= overlap < 0.5,
+    overlap = turning.went - main.came  # the window manager may list the one later than the other
+    story.expect(0 < overlap < 0.5,
                  f"the splash went a twentieth of a second after that ({1000 * overlap:.0f} ms)")
     for window in (turning, main):
         x, y, width, height = window.place
