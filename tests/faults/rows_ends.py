@@ -47,6 +47,13 @@ def at_failure(fault, server):
     fault.wait_for_result("failure", 5)
 
 
+def at_success(fault, server):
+    fault.order_uninstaller(delay=0, exit=0)
+    at_feedback(fault, server)
+    fault.confirm_removal()
+    fault.wait_for_result("success", 45)
+
+
 def at_check(fault, server):
     fault.orders("Feed/orders.txt", never_return="check")
     at_feedback(fault, server)
@@ -82,6 +89,7 @@ STAGES = {
     "at the last question": at_question,
     "while the uninstaller runs": at_run,
     "in the failure view": at_failure,
+    "in the success view": at_success,
     "while a check waits for its answer": at_check,
     "while a message is shown": at_message,
     "while the update is downloaded": at_download,

@@ -228,6 +228,27 @@ def product_data_goes(fault):
                  "the update's description was taken into a new folder")
 
 
+@row(GROUP, "the product's data folder becomes read-only while an update is checked")
+def product_data_becomes_read_only(fault):
+    fault.orders("Feed/orders.txt", check_delay=1500)
+    fault.order_installer(delay=0, exit=1)
+    folder = fault.product_data
+    before = sorted(os.listdir(folder))
+    with FaultyServer() as server:
+        fault.start(mounted(fault, f"mount --bind '{folder}' '{folder}'"),
+                    CLIPWRIGHT_SANDBOX_SERVICE=server.url)
+        fault.wait_for_main_window()
+        fault.take_offer()
+        fault.wait_until(lambda: fault.lines("Feed/calls.jsonl"), 5, "the check")
+        subprocess.run(["nsenter", f"--target={fault.process.pid}", "--user", "--mount",
+                        "--preserve-credentials", "mount", "-o", "remount,bind,ro", folder],
+                       check=True)
+        fault.wait_until(lambda: fault.starts_of("update-installer"), 8, "the update installer")
+        fault.press(MESSAGE, "space")
+        fault.close_by_keys()
+    fault.expect_equal(sorted(os.listdir(folder)), before, "files there")
+
+
 @row(GROUP, "the installation folder goes while the last question is asked")
 def installation_goes(fault):
     fault.start()

@@ -31,6 +31,17 @@ def slow_events(fault):
     fault.wait_for_exit()
 
 
+@row(GROUP, "analytics never takes its first event")
+def never_takes_events(fault):
+    """It is called from the thread of the windows, which it keeps. The program can be ended."""
+    start_faulty(fault, "data_event=never")
+    fault.wait_until(lambda: fault.calls(), 10, "the session")
+    time.sleep(3)
+    fault.note("nothing is answered any more")
+    fault.terminate()
+    fault.expect_equal(fault.starts_of("uninstaller"), [], "uninstallers started")
+
+
 @row(GROUP, "analytics slow to end")
 def slow_stop(fault):
     start_faulty(fault, "data_stop=slow")
