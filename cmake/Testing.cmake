@@ -1,15 +1,24 @@
 # clipwright_test(<name> SOURCES <file>... [LINKS <lib>...] [LABELS <label>...] [TIMEOUT <s>]
-#                 [SERIAL] [VARIANTS <suffix>:<variable>=<value>[|<variable>=<value>]...]
-#                 [NOT_ON_WINDOWS <reason> NOT_ON_WINDOWS_IF <regex>]
+#                 [VARIANTS <suffix>:<variable>=<value>[|<variable>=<value>]...]
+#                 [NOT_ON_WINDOWS <reason> NOT_ON_WINDOWS_IF <regex>])
 #
 # One Qt Test executable, run offscreen; once, or once for each variant with its environment. A
-# warning that the test did not announce with QTest::ignoreMessage() fails it. Variants whose names match the expression are skipped on Windows.
+# warning that the test did not announce with QTest::ignoreMessage() fails it. Variants whose names
+# match the expression are skipped on Windows.
 set(CLIPWRIGHT_TEST_ENVIRONMENT
   QT_QPA_PLATFORM=offscreen
   QT_LOGGING_RULES=qt.qpa.*=false
   "LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0"
   "TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/tsan.supp:halt_on_error=1"
   UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1)
+
+# A TIMEOUT is for a native build; emulators, sanitizers and counters take their time.
+function(clipwright_timeout result seconds)
+  if(CMAKE_CROSSCOMPILING OR CLIPWRIGHT_SANITIZE OR CLIPWRIGHT_COVERAGE)
+    math(EXPR seconds "${seconds} * 4")
+  endif()
+  set(${result} ${seconds} PARENT_SCOPE)
+endfunction()
 
 # A static Qt has only the platforms that are linked in.
 function(clipwright_link_offscreen_platform target)
@@ -25,13 +34,12 @@ function(clipwright_test_of_the_other_side name reason)
 endfunction()
 
 function(clipwright_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "SERIAL" "TIMEOUT;NOT_ON_WINDOWS;NOT_ON_WINDOWS_IF" "SOURCES;LINKS;LABELS;VARIANTS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT;NOT_ON_WINDOWS;NOT_ON_WINDOWS_IF"
+    "SOURCES;LINKS;LABELS;VARIANTS")
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 60)
   endif()
-  if(CMAKE_CROSSCOMPILING)
-    math(EXPR arg_TIMEOUT "${arg_TIMEOUT} * 4") # an emulator takes its time
-  endif()
+  clipwright_timeout(arg_TIMEOUT ${arg_TIMEOUT})
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE ${arg_LINKS} test_support Qt5::Test clipwright_flags)
   clipwright_link_offscreen_platform(${name})
@@ -54,7 +62,6 @@ function(clipwright_test name)
       ENVIRONMENT "${CLIPWRIGHT_TEST_ENVIRONMENT};${environment}"
       FAIL_REGULAR_EXPRESSION "QWARN;QCRITICAL;QFATAL"
       LABELS "${arg_LABELS}"
-      RUN_SERIAL "${arg_SERIAL}"
       TIMEOUT ${arg_TIMEOUT})
   endforeach()
 endfunction()
