@@ -1,6 +1,7 @@
 #include "tests/support/analyticsrecord.h"
 #include "tests/support/linkcatcher.h"
 #include "tests/support/machine.h"
+#include "tests/support/patience.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
 #include "ui/confirmwindow.h"
@@ -12,9 +13,9 @@
 #include <QtCore/QTimer>
 #include <QtGui/QWindow>
 #include <QtTest/QTest>
-#include <QtWidgets/QApplication>
 
 #include <algorithm>
+#include <optional>
 
 class TestUninstallRun : public TestCase
 {
@@ -28,6 +29,7 @@ private Q_SLOTS:
     void argumentsWithResources();
     void cancelEndsWithoutStartingAnything();
     void closeFromTheWindowSystemCountsAsCancel();
+    void uninstallerMayBeWrittenTo();
     void filesAreReallyRemoved();
     void goodEndLeavesThePageToItsOwnTiming();
     void windowIsLockedFromRemoveToTheStart();
@@ -47,6 +49,10 @@ private Q_SLOTS:
 
 private:
     void answer(MainWindow &window, int result, bool deleteAll = false);
+    void failsAfterHalfASecond(MainWindow &window);
+
+    /// The arguments that the uninstaller has recorded, a line each.
+    QByteArray received() const { return Sandbox::readFile((*m_sandbox)->uninstallerRecord()); }
 
     std::unique_ptr<Sandbox> m_sandbox;
 };
@@ -104,13 +110,13 @@ void TestUninstallRun::argumentsWithoutResources()
     MainWindow window(nullptr);
     window.show();
     answer(window, 1);
-    QTRY_COMPARE(window.wizardPages->currentWidget(), window.uninstallPage);
-    QTRY_COMPARE(Sandbox::readLines((*m_sandbox)->uninstallerRecord()),
-                 QStringList({QStringLiteral("/VERYSILENT"), QStringLiteral("/REINSTALL")}));
+    QTRY_COMPARE_WITH_TIMEOUT(window.wizardPages->currentWidget(), window.uninstallPage,
+                              patienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(received(), QByteArray("/VERYSILENT\n/REINSTALL\n"), patienceMs);
     QCOMPARE(AnalyticsRecord::events().constLast().action, QStringLiteral("UninstallReConfirm"));
     QCOMPARE(lastProperties(), QJsonObject({{QLatin1String("ButtonClick"), QLatin1String("Remove")},
                                             {QLatin1String("is_delete_all"), QLatin1String("0")}}));
-    QTRY_VERIFY(!isProcessRunning(window));
+    QTRY_VERIFY_WITH_TIMEOUT(!isProcessRunning(window), patienceMs);
 }
 
 void TestUninstallRun::argumentsWithResources()
@@ -118,25 +124,24 @@ void TestUninstallRun::argumentsWithResources()
     MainWindow window(nullptr);
     window.show();
     answer(window, 1, true);
-    QTRY_COMPARE(Sandbox::readLines((*m_sandbox)->uninstallerRecord()),
-                 QStringList({QStringLiteral("/VERYSILENT"), QStringLiteral("/REINSTALL"),
-                              QStringLiteral("/DELRESOURCE")}));
+    QTRY_COMPARE_WITH_TIMEOUT(received(), QByteArray("/VERYSILENT\n/REINSTALL\n/DELRESOURCE\n"),
+                              patienceMs);
     QCOMPARE(lastProperties(), QJsonObject({{QLatin1String("ButtonClick"), QLatin1String("Remove")},
                                             {QLatin1String("is_delete_all"), QLatin1String("1")}}));
-    QTRY_VERIFY(!isProcessRunning(window));
+    QTRY_VERIFY_WITH_TIMEOUT(!isProcessRunning(window), patienceMs);
 }
 
 void TestUninstallRun::cancelEndsWithoutStartingAnything()
 {
     MainWindow window(nullptr);
     window.show();
-    QTimer::singleShot(0, &window, [this, &window] { answer(window, 0, true); });
-    QTimer::singleShot(10000, &window, [] { QCoreApplication::exit(1); });
-    QCOMPARE(QApplication::exec(), 0); // the last window was closed
+    QVERIFY(quitsAfter([this, &window] { answer(window, 0, true); })); // with the last window
     QVERIFY(!window.isVisible());
+    QVERIFY(!isProcessRunning(window));
     QCOMPARE(lastProperties(), QJsonObject({{QLatin1String("ButtonClick"), QLatin1String("Cancel")},
                                             {QLatin1String("is_delete_all"), QLatin1String("1")}}));
     QTest::qWait(200);
+    QVERIFY(!isProcessRunning(window));
     QVERIFY(!QFile::exists((*m_sandbox)->uninstallerRecord()));
     QCOMPARE(AnalyticsRecord::actions(),
              QStringList({QStringLiteral("UninstallPopUp"), QStringLiteral("UninstallContinue"),
@@ -161,13 +166,27 @@ void TestUninstallRun::closeFromTheWindowSystemCountsAsCancel()
              QJsonValue(QLatin1String("Cancel")));
 }
 
+void TestUninstallRun::uninstallerMayBeWrittenTo()
+{
+    MainWindow window(nullptr);
+    window.show();
+    const QProcess *uninstaller = window.findChildren<QProcess *>().constLast();
+    std::optional<QIODevice::OpenMode> mode;
+    connect(uninstaller, &QProcess::started, &window,
+            [uninstaller, &mode] { mode = uninstaller->openMode(); });
+    answer(window, 1);
+    QTRY_VERIFY_WITH_TIMEOUT(mode.has_value(), patienceMs);
+    QCOMPARE(*mode, QIODevice::OpenMode(QIODevice::ReadWrite));
+    QTRY_VERIFY_WITH_TIMEOUT(!isProcessRunning(window), patienceMs);
+}
+
 void TestUninstallRun::filesAreReallyRemoved()
 {
     MainWindow window(nullptr);
     window.show();
     answer(window, 1, true);
-    QTRY_VERIFY(!QDir((*m_sandbox)->installDir()).exists());
-    QTRY_VERIFY(!isProcessRunning(window));
+    QTRY_VERIFY_WITH_TIMEOUT(!QDir((*m_sandbox)->installDir()).exists(), patienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!isProcessRunning(window), patienceMs);
 }
 
 void TestUninstallRun::goodEndLeavesThePageToItsOwnTiming()
@@ -176,10 +195,11 @@ void TestUninstallRun::goodEndLeavesThePageToItsOwnTiming()
     MainWindow window(nullptr);
     window.show();
     answer(window, 1);
-    QTRY_VERIFY(!QFile::exists((*m_sandbox)->installDir() + QStringLiteral("/unins000.exe")));
-    QTRY_VERIFY(!isProcessRunning(window));
+    QTRY_VERIFY_WITH_TIMEOUT(
+        !QFile::exists((*m_sandbox)->installDir() + QStringLiteral("/unins000.exe")), patienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!isProcessRunning(window), patienceMs);
     QVERIFY(window.uninstallPage->isRunning());
-    QVERIFY(window.uninstallPage->progressBar->value() < 20);
+    QVERIFY(window.uninstallPage->progressBar->value() < 100);
     QCOMPARE(AnalyticsRecord::actions().last(), QStringLiteral("UninstallReConfirm"));
 
     window.uninstallPage->showElapsed(30000);
@@ -195,9 +215,24 @@ void TestUninstallRun::windowIsLockedFromRemoveToTheStart()
     window.show();
     answer(window, 1);
     QVERIFY(!window.isEnabled()); // the process has been asked for, no event has come yet
-    QTRY_VERIFY(window.isEnabled());
+    QTRY_VERIFY_WITH_TIMEOUT(window.isEnabled(), patienceMs);
     QCOMPARE(window.wizardPages->currentWidget(), window.uninstallPage);
-    QTRY_VERIFY(!isProcessRunning(window));
+    QTRY_VERIFY_WITH_TIMEOUT(!isProcessRunning(window), patienceMs);
+}
+
+// The time is taken from the moment in which the page of the run comes.
+void TestUninstallRun::failsAfterHalfASecond(MainWindow &window)
+{
+    QElapsedTimer clock;
+    connect(window.wizardPages, &QStackedWidget::currentChanged, &window,
+            [&clock] { clock.start(); });
+    answer(window, 1);
+    QVERIFY(window.isEnabled());
+    QCOMPARE(window.wizardPages->currentWidget(), window.uninstallPage);
+    QVERIFY(window.uninstallPage->isRunning());
+    QTRY_COMPARE_WITH_TIMEOUT(window.uninstallPage->lblTitle->text(), failedTitle(), patienceMs);
+    const qint64 elapsed = clock.elapsed();
+    QVERIFY2(elapsed >= 450 && elapsed < 4000, QByteArray::number(elapsed).constData());
 }
 
 void TestUninstallRun::noPairFailsAfterHalfASecond()
@@ -205,14 +240,7 @@ void TestUninstallRun::noPairFailsAfterHalfASecond()
     QVERIFY(QFile::remove((*m_sandbox)->installDir() + QStringLiteral("/unins000.dat")));
     MainWindow window(nullptr);
     window.show();
-    answer(window, 1);
-    QElapsedTimer clock;
-    clock.start();
-    QVERIFY(window.isEnabled());
-    QCOMPARE(window.wizardPages->currentWidget(), window.uninstallPage);
-    QVERIFY(window.uninstallPage->isRunning());
-    QTRY_COMPARE(window.uninstallPage->lblTitle->text(), failedTitle());
-    QVERIFY2(clock.elapsed() >= 450, QByteArray::number(clock.elapsed()).constData());
+    failsAfterHalfASecond(window);
     QCOMPARE(lastProperties(), QJsonObject({{QLatin1String("result"), QLatin1String("failure")}}));
     QVERIFY(!QFile::exists((*m_sandbox)->uninstallerRecord()));
 }
@@ -222,9 +250,7 @@ void TestUninstallRun::noFolderFailsAfterHalfASecond()
     (*m_sandbox)->removeSystemValue(QStringLiteral("HKEY_CLASSES_ROOT/NCPFile/path"));
     MainWindow window(nullptr);
     window.show();
-    answer(window, 1);
-    QCOMPARE(window.wizardPages->currentWidget(), window.uninstallPage);
-    QTRY_COMPARE(window.uninstallPage->lblTitle->text(), failedTitle());
+    failsAfterHalfASecond(window);
 }
 
 void TestUninstallRun::whatIsRegisteredIsBelieved()
@@ -254,7 +280,7 @@ void TestUninstallRun::unstartableProgramFailsAtOnce()
     MainWindow window(nullptr);
     window.show();
     answer(window, 1);
-    QTRY_COMPARE(window.uninstallPage->lblTitle->text(), failedTitle());
+    QTRY_COMPARE_WITH_TIMEOUT(window.uninstallPage->lblTitle->text(), failedTitle(), patienceMs);
     QVERIFY(window.isEnabled());
     QVERIFY(!window.uninstallPage->isRunning());
     QCOMPARE(window.wizardPages->currentWidget(), window.uninstallPage);
@@ -267,7 +293,7 @@ void TestUninstallRun::exitCodeFails()
     MainWindow window(nullptr);
     window.show();
     answer(window, 1);
-    QTRY_COMPARE(window.uninstallPage->lblTitle->text(), failedTitle());
+    QTRY_COMPARE_WITH_TIMEOUT(window.uninstallPage->lblTitle->text(), failedTitle(), patienceMs);
     QCOMPARE(AnalyticsRecord::actions().count(QStringLiteral("UninstallCompleted")), 1);
     QVERIFY(QFile::exists((*m_sandbox)->installDir() + QStringLiteral("/ClipCore.dll")));
 }
@@ -278,7 +304,7 @@ void TestUninstallRun::crashFails()
     MainWindow window(nullptr);
     window.show();
     answer(window, 1);
-    QTRY_COMPARE(window.uninstallPage->lblTitle->text(), failedTitle());
+    QTRY_COMPARE_WITH_TIMEOUT(window.uninstallPage->lblTitle->text(), failedTitle(), patienceMs);
     QCOMPARE(AnalyticsRecord::actions().count(QStringLiteral("UninstallCompleted")), 1);
 }
 
@@ -287,10 +313,10 @@ void TestUninstallRun::closeIsRefusedDuringTheRun()
     MainWindow window(nullptr);
     window.show();
     answer(window, 1);
-    QTRY_VERIFY(window.uninstallPage->isRunning());
+    QTRY_VERIFY_WITH_TIMEOUT(window.uninstallPage->isRunning(), patienceMs);
     window.windowHandle()->close();
     QVERIFY(window.isVisible());
-    QTRY_VERIFY(!isProcessRunning(window));
+    QTRY_VERIFY_WITH_TIMEOUT(!isProcessRunning(window), patienceMs);
     window.windowHandle()->close();
     QVERIFY(window.isVisible()); // the run is not over while it is shown
     window.uninstallPage->fail();
@@ -310,9 +336,9 @@ void TestUninstallRun::hangingProcessEndsWithTheWindow()
         MainWindow window(nullptr);
         window.show();
         answer(window, 1);
-        QTRY_VERIFY(window.uninstallPage->isRunning());
+        QTRY_VERIFY_WITH_TIMEOUT(window.uninstallPage->isRunning(), patienceMs);
         // Hangs, and is not just loading.
-        QTRY_VERIFY(QFile::exists((*m_sandbox)->uninstallerRecord()));
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists((*m_sandbox)->uninstallerRecord()), patienceMs);
         window.uninstallPage->showElapsed(60000);
         QVERIFY(window.uninstallPage->isRunning());
         clock.start();
@@ -326,12 +352,10 @@ void TestUninstallRun::failedRunIsReportedOnTheProductPage()
     MainWindow window(nullptr);
     window.show();
     answer(window, 1);
-    QTRY_COMPARE(window.uninstallPage->lblTitle->text(), failedTitle());
+    QTRY_COMPARE_WITH_TIMEOUT(window.uninstallPage->lblTitle->text(), failedTitle(), patienceMs);
     window.uninstallPage->btnProduct->click();
     QCOMPARE(window.wizardPages->currentWidget(), window.productPage);
-    QTimer::singleShot(0, &window, [&window] { window.productPage->btnClose->click(); });
-    QTimer::singleShot(5000, qApp, [] { QCoreApplication::exit(1); });
-    QCOMPARE(QApplication::exec(), 0);
+    QVERIFY(quitsAfter([&window] { window.productPage->btnClose->click(); }));
     QCOMPARE(lastProperties(),
              QJsonObject({{QLatin1String("pagesource"), QLatin1String("moreproducts")},
                           {QLatin1String("result"), QLatin1String("failure")}}));
@@ -342,9 +366,10 @@ void TestUninstallRun::quitWhileAskingRemovesNothing()
     MainWindow window(nullptr);
     window.show();
     window.optionPage->btnContinue->setEnabled(true);
-    QTimer::singleShot(0, &window, [&window] { window.optionPage->btnContinue->click(); });
-    QTimer::singleShot(100, qApp, [] { QCoreApplication::quit(); });
-    QCOMPARE(QApplication::exec(), 0);
+    QVERIFY(quitsAfter([&window] {
+        QTimer::singleShot(100, &window, [] { QCoreApplication::quit(); });
+        window.optionPage->btnContinue->click();
+    }));
     QVERIFY(!window.findChild<ConfirmWindow *>());
     QVERIFY(!QFile::exists((*m_sandbox)->uninstallerRecord()));
     QCOMPARE(lastProperties().value(QLatin1String("ButtonClick")),
@@ -381,9 +406,8 @@ void TestUninstallRun::boxCountsAsItWasAtTheAnswer()
     window.optionPage->btnContinue->click();
     QCOMPARE(lastProperties().value(QLatin1String("is_delete_all")),
              QJsonValue(QLatin1String("0")));
-    QTRY_COMPARE(Sandbox::readLines((*m_sandbox)->uninstallerRecord()),
-                 QStringList({QStringLiteral("/VERYSILENT"), QStringLiteral("/REINSTALL")}));
-    QTRY_VERIFY(!isProcessRunning(window));
+    QTRY_COMPARE_WITH_TIMEOUT(received(), QByteArray("/VERYSILENT\n/REINSTALL\n"), patienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!isProcessRunning(window), patienceMs);
 }
 
 void TestUninstallRun::closeIsRefusedWhileTheUninstallerStarts()
@@ -396,8 +420,9 @@ void TestUninstallRun::closeIsRefusedWhileTheUninstallerStarts()
     QVERIFY(!window.isEnabled()); // started, but nobody has heard of it yet
     window.windowHandle()->close();
     QVERIFY(window.isVisible());
-    QTRY_COMPARE(window.wizardPages->currentWidget(), window.uninstallPage);
-    QTRY_VERIFY(!isProcessRunning(window));
+    QTRY_COMPARE_WITH_TIMEOUT(window.wizardPages->currentWidget(), window.uninstallPage,
+                              patienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!isProcessRunning(window), patienceMs);
 }
 
 QTEST_MAIN(TestUninstallRun)

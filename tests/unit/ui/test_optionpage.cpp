@@ -1,14 +1,13 @@
 #include "tests/support/analyticsrecord.h"
 #include "tests/support/lookapplied.h"
+#include "tests/support/patience.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
 #include "ui/optionpage.h"
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
-#include <QtCore/QTimer>
 #include <QtTest/QTest>
-#include <QtWidgets/QApplication>
 #include <QtWidgets/QRadioButton>
 
 class TestOptionPage : public TestCase
@@ -326,9 +325,7 @@ void TestOptionPage::cancelQuits()
 {
     OptionPage page(nullptr, options(allTypes));
     page.show();
-    QTimer::singleShot(0, &page, [&page] { page.btnCancel->click(); });
-    QTimer::singleShot(10000, qApp, [] { QCoreApplication::exit(1); });
-    QCOMPARE(QApplication::exec(), 0);
+    QVERIFY(quitsAfter([&page] { page.btnCancel->click(); }));
     QCOMPARE(AnalyticsRecord::actions(), {QStringLiteral("UninstallCancel")});
     QCOMPARE(lastProperties().value(QLatin1String("MsgCode")), QJsonValue(QLatin1String("")));
     QCOMPARE(lastProperties().value(QLatin1String("isoption")), QJsonValue(QLatin1String("0")));

@@ -1,5 +1,6 @@
 #include "tests/support/analyticsrecord.h"
 #include "tests/support/linkcatcher.h"
+#include "tests/support/patience.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
 #include "ui/productitem.h"
@@ -7,10 +8,8 @@
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
-#include <QtCore/QTimer>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
-#include <QtWidgets/QApplication>
 
 class TestProductPage : public TestCase
 {
@@ -165,11 +164,16 @@ void TestProductPage::sameKeysAreConcatenated()
 
 void TestProductPage::unknownAndEmptyKeysAreNeverShown()
 {
-    const ProductPage page(nullptr, categories(R"([
+    ProductPage page(nullptr, categories(R"([
         {"key": "games", "list": [{"name": "G"}]}, {"key": "", "list": [{"name": "E"}]},
         {"list": [{"name": "M"}]}, {"key": 4, "list": [{"name": "N"}]},
         {"key": "utilities", "list": {"name": "X"}}])"));
     QCOMPARE(names(page), QString());
+    for (QPushButton *tab :
+         {page.btnCreativity, page.btnProductivity, page.btnUtility, page.btnAll}) {
+        tab->click();
+        QCOMPARE(names(page), QString());
+    }
 }
 
 void TestProductPage::emptyCatalogueStillWorks()
@@ -204,7 +208,9 @@ void TestProductPage::clickWithoutLinkIsReportedAlone()
     const ProductPage page(nullptr, categories(catalogue));
     Q_EMIT page.lstProduct->itemClicked(page.lstProduct->item(3));
     QVERIFY(links.links().isEmpty());
-    QCOMPARE(AnalyticsRecord::events().constLast().properties,
+    const AnalyticsRecord::Event event = AnalyticsRecord::events().constLast();
+    QCOMPARE(event.action, QStringLiteral("ReCommend"));
+    QCOMPARE(event.properties,
              QJsonObject({{QLatin1String("Clickurl"), QLatin1String("")},
                           {QLatin1String("pid"), QLatin1String("1234")},
                           {QLatin1String("pagetype"), QLatin1String("allpage")}}));
@@ -224,9 +230,7 @@ void TestProductPage::closingReportsTheResult()
     QFETCH(QString, result);
     ProductPage page(nullptr, categories(catalogue));
     page.setUninstallResult(success);
-    QTimer::singleShot(0, &page, [&page] { page.btnClose->click(); });
-    QTimer::singleShot(5000, qApp, [] { QCoreApplication::exit(1); });
-    QCOMPARE(QApplication::exec(), 0);
+    QVERIFY(quitsAfter([&page] { page.btnClose->click(); }));
     const AnalyticsRecord::Event event = AnalyticsRecord::events().constLast();
     QCOMPARE(event.action, QStringLiteral("Click_exit"));
     QCOMPARE(event.properties,

@@ -1,14 +1,15 @@
 #include "tests/support/analyticsrecord.h"
 #include "tests/support/linkcatcher.h"
+#include "tests/support/patience.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
 #include "ui/productitem.h"
 #include "ui/uninstallpage.h"
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QProcess>
-#include <QtCore/QTimer>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -86,15 +87,6 @@ QString arrow(const char *state)
 {
     return QStringLiteral(".QWidget{border-image: url(:/Resources/light/Arrow_%1_2x.png);}")
         .arg(QLatin1String(state));
-}
-
-// Runs the event loop; true when the application was told to quit.
-bool quitsWhen(const std::function<void()> &action)
-{
-    const QObject context; // no timer outlives this call
-    QTimer::singleShot(0, &context, action);
-    QTimer::singleShot(2000, &context, [] { QCoreApplication::exit(1); });
-    return QApplication::exec() == 0;
 }
 
 } // namespace
@@ -210,7 +202,7 @@ void TestUninstallPage::runningProcessIsWaitedFor()
     QVERIFY(AnalyticsRecord::events().isEmpty());
 
     // Killed while it hangs, not while the system loads it.
-    QTRY_VERIFY(QFile::exists((*m_sandbox)->uninstallerRecord()));
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists((*m_sandbox)->uninstallerRecord()), patienceMs);
     process.kill();
     QVERIFY(process.waitForFinished());
     page.showElapsed(45100);
@@ -224,8 +216,10 @@ void TestUninstallPage::endedProcessStillTakesHalfAMinute()
     UninstallPage page(nullptr, {});
     QProcess process; // ended before the first tick
     page.start(&process);
-    page.showElapsed(3100);
-    page.showElapsed(29900);
+    for (const int elapsedMs : {3100, 29900}) {
+        page.showElapsed(elapsedMs);
+        QVERIFY(!page.progressBar->isHidden());
+    }
     QVERIFY(page.isRunning());
     QVERIFY(AnalyticsRecord::events().isEmpty());
     page.showElapsed(30000);
@@ -241,6 +235,8 @@ void TestUninstallPage::successView()
     QVERIFY(QTest::qWaitForWindowActive(&page));
     QProcess process;
     page.start(&process);
+    QElapsedTimer clock;
+    clock.start();
     page.showElapsed(30000);
     QCOMPARE(page.progressBar->value(), 100);
     QCOMPARE(page.label_2->text(), QStringLiteral("Time remaining: About 0 seconds"));
@@ -249,6 +245,8 @@ void TestUninstallPage::successView()
     QVERIFY(!page.btnClose->isEnabled());
 
     QTRY_VERIFY(page.pnlSubscribe->isVisible()); // half a second later
+    const qint64 elapsed = clock.elapsed();
+    QVERIFY2(elapsed >= 450 && elapsed < 4000, QByteArray::number(elapsed).constData());
     QVERIFY(page.progressBar->isHidden());
     QVERIFY(page.edtEmail->isVisible());
     QVERIFY(page.edtEmail->hasFocus());
@@ -395,7 +393,7 @@ void TestUninstallPage::doneQuitsOffline()
     page.show();
     finishRun(page);
     QSignalSpy more(&page, &UninstallPage::btnProductClicked);
-    QVERIFY(quitsWhen([&page] { page.btnSubscribe->click(); }));
+    QVERIFY(quitsAfter([&page] { page.btnSubscribe->click(); }));
     QVERIFY(more.isEmpty());
 }
 
@@ -406,7 +404,7 @@ void TestUninstallPage::closeAfterFailureQuits()
     QProcess process;
     page.start(&process);
     page.fail();
-    QVERIFY(quitsWhen([&page] { page.btnSubscribe->click(); }));
+    QVERIFY(quitsAfter([&page] { page.btnSubscribe->click(); }));
     QCOMPARE(AnalyticsRecord::events().size(), 1); // the result alone
 }
 
@@ -454,7 +452,7 @@ void TestUninstallPage::leavingReportsTheResult()
         finishRun(page);
     else
         page.fail();
-    QVERIFY(quitsWhen([&page] { page.btnClose->click(); }));
+    QVERIFY(quitsAfter([&page] { page.btnClose->click(); }));
     QCOMPARE(AnalyticsRecord::events().constLast().action, QStringLiteral("Click_exit"));
     QCOMPARE(lastProperties().value(QLatin1String("pagesource")).toString(),
              QStringLiteral("uninstallprocess"));
