@@ -413,7 +413,7 @@ void TestConfigDownloader::queuesVeryManyPicturesInNoTime()
     QElapsedTimer clock;
     clock.start();
     QVERIFY(downloader.collectImages(object));
-    QVERIFY2(clock.elapsed() < 5000, QByteArray::number(clock.elapsed()).constData());
+    QVERIFY2(clock.elapsed() < 20000, QByteArray::number(clock.elapsed()).constData());
 }
 
 void TestConfigDownloader::twoLinksUnderOneNameDoNotMix_data()
