@@ -127,6 +127,8 @@ void TestMainWindow::dimmingLayerCoversTheWindowWhileADialogIsOpen()
     QWidget *layer = overlay(window);
     QVERIFY(layer);
     QVERIFY(layer->isHidden());
+    QCOMPARE(layer->styleSheet(),
+             QStringLiteral("background-color: rgba(0, 0, 0, 127);\nborder-radius: 12px;"));
     reason(window, "Other")->setChecked(true);
 
     bool isCovered = false;

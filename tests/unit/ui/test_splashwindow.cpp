@@ -137,14 +137,17 @@ void TestSplashWindow::middleAloneLooksAsInTheWhole()
 
 void TestSplashWindow::hidingStopsTheTurningForGood()
 {
+    const LookApplied look;
     SplashWindow window(nullptr);
     window.show();
     QVERIFY(window.isSpinning());
     window.hide();
     QTRY_VERIFY(!window.isSpinning());
     window.show();
+    const QImage before = middleOf(window);
     QTest::qWait(50);
     QVERIFY(!window.isSpinning());
+    QCOMPARE(middleOf(window), before);
 }
 
 void TestSplashWindow::stoppedPictureIsNotTurned()
