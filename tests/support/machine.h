@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QByteArray>
 #include <QtCore/QString>
 #include <QtCore/QtGlobal>
 
@@ -26,6 +27,10 @@ bool startsProcessesLater();
 
 /// Whether the other end has left a connection and the system has failed to tell.
 bool isLeft(qintptr socketDescriptor);
+
+/// Makes the zone that TZ would name this process's, or a null one the system's again. Returns
+/// false where that is not possible.
+bool setTimeZone(const QByteArray &zone);
 
 /// How long a connection must rest before its reset, for the other end to hear of it.
 int resetPauseMs();

@@ -2,6 +2,7 @@
 
 #include <QtCore/QFile>
 
+#include <ctime>
 #include <unistd.h>
 
 namespace Machine {
@@ -41,6 +42,16 @@ bool startsProcessesLater()
 bool isLeft(qintptr /*socketDescriptor*/)
 {
     return false; // the system tells
+}
+
+bool setTimeZone(const QByteArray &zone)
+{
+    if (zone.isNull())
+        qunsetenv("TZ");
+    else
+        qputenv("TZ", zone);
+    tzset();
+    return true;
 }
 
 int resetPauseMs()

@@ -46,6 +46,11 @@ bool isLeft(qintptr socketDescriptor)
     return read == 0 || (read == SOCKET_ERROR && WSAGetLastError() != WSAEWOULDBLOCK);
 }
 
+bool setTimeZone(const QByteArray & /*zone*/)
+{
+    return false; // it is the machine's
+}
+
 int resetPauseMs()
 {
     return 200; // Wine loses a reset that comes on the heels of data

@@ -1,5 +1,6 @@
 #include "analytics/baseinfo.h"
 #include "platform/machineinfo.h"
+#include "tests/support/machine.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
 
@@ -14,6 +15,8 @@ class TestBaseInfo : public TestCase
 private Q_SLOTS:
     void timeZoneOffset_data();
     void timeZoneOffset();
+    void timeZoneOffsetIsTheMachines_data();
+    void timeZoneOffsetIsTheMachines();
     void describesTheInstallation();
     void emptyMachineGivesEmptyValues();
     void nameThatDoesNotResolveGivesAnEmptyAddress();
@@ -41,6 +44,27 @@ void TestBaseInfo::timeZoneOffset()
     QFETCH(int, offsetSeconds);
     const QDateTime midnight(QDate(1970, 1, 2), QTime(0, 0), Qt::OffsetFromUTC, offsetSeconds);
     QTEST(Analytics::timeZoneOffset(midnight), "hours");
+}
+
+void TestBaseInfo::timeZoneOffsetIsTheMachines_data()
+{
+    QTest::addColumn<QByteArray>("zone"); // counts hours west of UTC
+    QTest::addColumn<int>("hours");
+    QTest::newRow("UTC") << QByteArray("UTC0") << 0;
+    QTest::newRow("UTC-10") << QByteArray("WEST10") << -10;
+    QTest::newRow("UTC+9") << QByteArray("EAST-9") << 9;
+}
+
+void TestBaseInfo::timeZoneOffsetIsTheMachines()
+{
+    QFETCH(QByteArray, zone);
+    const Sandbox sandbox(Sandbox::Content::Nothing);
+    const QByteArray previous = qgetenv("TZ");
+    if (!Machine::setTimeZone(zone))
+        QSKIP("this system's zone cannot be changed for one process");
+    const int offset = Analytics::gatherBaseInfo(QStringLiteral("localhost")).timeZoneOffset;
+    Machine::setTimeZone(previous);
+    QTEST(offset, "hours");
 }
 
 void TestBaseInfo::describesTheInstallation()
