@@ -203,6 +203,9 @@ bool isSpeaking(QAccessibleInterface *object)
 
 bool isReachedByTab(const QWidget &window, const QWidget &wanted)
 {
+    // The chain holds every widget, whether Tab stops at it or not.
+    if (!(wanted.focusPolicy() & Qt::TabFocus))
+        return false;
     for (const QWidget *widget = window.nextInFocusChain(); widget != &window;
          widget = widget->nextInFocusChain()) {
         if (widget == &wanted)
