@@ -19,6 +19,7 @@ namespace {
 
 constexpr int longestLife = 400;
 constexpr int shownTrace = 60;
+constexpr int stepsThatReachAll = 1500;
 
 QString firstWarning;
 
@@ -79,6 +80,10 @@ std::optional<Walk> walk(World &world, std::uint64_t seed, int steps)
                 static_cast<unsigned long long>(seed), walk.steps, walk.lives, walk.checks,
                 walk.uninstallers, walk.installers, static_cast<unsigned long long>(walk.digest));
     std::fflush(stdout);
+    if (steps >= stepsThatReachAll && (!walk.checks || !walk.uninstallers || !walk.installers)) {
+        std::printf("FAILED: so long a walk comes by all three, or another seed is needed\n");
+        return {};
+    }
     return walk;
 }
 
