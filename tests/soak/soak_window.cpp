@@ -1,7 +1,8 @@
 // soak-window [CHANGES [WINDOWS]]: one process that changes pages and tabs CHANGES times, as
 // quickly as it can, then makes and closes WINDOWS main windows. Prints memory, descriptors and
 // widgets after each tenth; exits with 1 when any of them has grown since the first: memory by 2 %
-// or more, the others at all; or when what is allocated still grows by 1 % in the second half.
+// or more, the others at all; or when what is allocated still grows by 1 % in the second half; or
+// when the framework has warned of anything.
 
 #include "analytics/session.h"
 #include "tests/support/lookapplied.h"
@@ -30,6 +31,18 @@ constexpr int warmUps = 400; // until Qt's caches have what they keep for good
 constexpr int tenths = 10;
 constexpr double allowedGrowth = 0.02;
 constexpr double allowedLateGrowth = 0.01;
+
+int warnings = 0;
+
+// But for the platform's excuses for what it does not do.
+void countWarning(QtMsgType type, const QMessageLogContext & /*context*/, const QString &text)
+{
+    if (text.startsWith(QLatin1String("This plugin does not support ")))
+        return;
+    if (type != QtDebugMsg && type != QtInfoMsg)
+        ++warnings;
+    std::fprintf(stderr, "%d: %s\n", type, qPrintable(text));
+}
 
 struct State
 {
@@ -142,13 +155,8 @@ int argument(int number, int missing)
 
 int main(int argc, char **argv)
 {
-    // The platform's excuses for what it does not do.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.*=false\ndefault.debug=false"));
-    qInstallMessageHandler(
-        [](QtMsgType type, const QMessageLogContext & /*context*/, const QString &text) {
-            if (!text.startsWith(QLatin1String("This plugin does not support ")))
-                std::fprintf(stderr, "%d: %s\n", type, qPrintable(text));
-        });
+    qInstallMessageHandler(countWarning);
     const Sandbox sandbox;
     const QApplication application(argc, argv);
     const LookApplied look;
@@ -179,5 +187,7 @@ int main(int argc, char **argv)
             another.close();
         },
         [] {});
-    return isSteady && isClean ? 0 : 1;
+    if (warnings > 0)
+        std::printf("%d warnings: FAILED\n", warnings);
+    return isSteady && isClean && warnings == 0 ? 0 : 1;
 }
