@@ -149,6 +149,8 @@ void TestHostileDocument::namesOfPicturesStayInTheirFolder_data()
     row("path parts", "https://h.example/../../../evil.png", "pid_12.png");
     row("path parts behind the dot", "https://h.example/a.png/../../evil", "pid_12.");
     row("path parts, encoded", "https://h.example/a.%2e%2e%2fevil", "pid_12.%2e%2e%2fevil");
+    row("path parts, backslashes", "https://h.example/a.png\\..\\evil",
+        QDir::separator() == QLatin1Char('\\') ? "pid_12." : "pid_12.\\evil");
     row("path parts in the query", "https://h.example/a.png?x=/../evil.exe", "pid_12.exe");
     row("two dots", "https://h.example/a..", "pid_12.");
     row("query", "https://h.example/a.png?size=2", "pid_12.png?size=2");
