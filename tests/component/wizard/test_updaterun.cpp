@@ -793,8 +793,10 @@ void TestUpdateRun::downloadAnswerThatIsNoJsonIsFollowedByTheInstaller()
 {
     QVERIFY((*m_feed)->writeDownloadAnswer("service not available"));
     MainWindow window(nullptr);
+    const Messages messages(window); // answered, should there be one
     window.show();
     installUpgrade(window);
+    QCOMPARE(messages.texts(), QStringList());
     QCOMPARE(installerArguments().value(1), QStringLiteral("/NEWVER=\"8.0.0.1\""));
 }
 
