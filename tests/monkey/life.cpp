@@ -1,11 +1,11 @@
 #include "tests/monkey/life.h"
 
 #include "analytics/session.h"
-#include "tests/component/wizard/overlay.h"
 #include "tests/monkey/controlledclock.h"
 #include "tests/monkey/eventcatalogue.h"
 #include "tests/monkey/heldlibrary.h"
 #include "tests/support/analyticsrecord.h"
+#include "tests/support/mainwindowstate.h"
 #include "ui/confirmwindow.h"
 #include "ui/messagewindow.h"
 #include "upgrade/nvupgradehelper.h"

@@ -1,5 +1,7 @@
 #include "tests/support/analyticsrecord.h"
 #include "tests/support/feed.h"
+#include "tests/support/mainwindowstate.h"
+#include "tests/support/patience.h"
 #include "tests/support/testcase.h"
 #include "ui/confirmwindow.h"
 #include "ui/messagewindow.h"
@@ -90,10 +92,10 @@ void TestHostileRun::nothingOfTheDocumentReachesTheUninstaller()
     QTimer::singleShot(0, &window,
                        [&window] { window.findChild<ConfirmWindow *>()->btnRemove->click(); });
     window.optionPage->btnContinue->click();
-    const QString record = m_feed->sandbox()->uninstallerRecord();
-    QTRY_COMPARE(Sandbox::readLines(record),
-                 QStringList({QStringLiteral("/VERYSILENT"), QStringLiteral("/REINSTALL")}));
-    QTRY_VERIFY(!QFile::exists(m_feed->sandbox()->installDir() + QStringLiteral("/unins000.exe")));
+    const QString program = m_feed->sandbox()->installDir() + QStringLiteral("/unins000.exe");
+    QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(program) && !isProcessRunning(window), patienceMs);
+    QCOMPARE(Sandbox::readFile(m_feed->sandbox()->uninstallerRecord()),
+             QByteArray("/VERYSILENT\n/REINSTALL\n"));
 }
 
 void TestHostileRun::nothingOfTheDocumentReachesTheUpdateInstaller()
@@ -111,7 +113,8 @@ void TestHostileRun::nothingOfTheDocumentReachesTheUpdateInstaller()
     answers.start(50);
     reason(window, 3)->setChecked(true);
     window.optionPage->btnNext->click();
-    QTRY_VERIFY(!message.isEmpty() || window.upgradePage->progressBar->value() == 100);
+    QTRY_VERIFY_WITH_TIMEOUT(!message.isEmpty() || window.upgradePage->progressBar->value() == 100,
+                             patienceMs);
     QCOMPARE(message, QString());
     const QStringList arguments =
         Sandbox::readLines(m_feed->sandbox()->installerRecord()); // of the sample's own installer

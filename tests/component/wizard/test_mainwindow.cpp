@@ -1,7 +1,7 @@
-#include "tests/component/wizard/overlay.h"
 #include "tests/support/analyticsrecord.h"
 #include "tests/support/linkcatcher.h"
 #include "tests/support/lookapplied.h"
+#include "tests/support/mainwindowstate.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
 #include "tests/support/testendpoints.h"

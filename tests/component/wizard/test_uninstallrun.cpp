@@ -1,6 +1,7 @@
 #include "tests/support/analyticsrecord.h"
 #include "tests/support/linkcatcher.h"
 #include "tests/support/machine.h"
+#include "tests/support/mainwindowstate.h"
 #include "tests/support/patience.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
@@ -60,14 +61,6 @@ private:
 namespace {
 
 const SampleInstallation::Orders noDelay{{QStringLiteral("delay"), QStringLiteral("0")}};
-
-bool isProcessRunning(const MainWindow &window)
-{
-    const QList<QProcess *> processes = window.findChildren<QProcess *>();
-    return std::any_of(processes.begin(), processes.end(), [](const QProcess *process) {
-        return process->state() != QProcess::NotRunning;
-    });
-}
 
 QString failedTitle()
 {

@@ -1,7 +1,7 @@
-#include "tests/component/wizard/overlay.h"
 #include "tests/support/analyticsrecord.h"
 #include "tests/support/feed.h"
 #include "tests/support/machine.h"
+#include "tests/support/mainwindowstate.h"
 #include "tests/support/patience.h"
 #include "tests/support/testcase.h"
 #include "ui/confirmwindow.h"

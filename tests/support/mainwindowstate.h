@@ -2,6 +2,11 @@
 
 #include "wizard/mainwindow.h"
 
+#include <QtCore/QProcess>
+#include <algorithm>
+
+// What tests ask of the main window that it does not tell by itself.
+
 /// The layer that dims the window while a dialog is open.
 inline QWidget *overlay(const MainWindow &window)
 {
@@ -13,4 +18,13 @@ inline QWidget *overlay(const MainWindow &window)
             return child;
     }
     return nullptr;
+}
+
+/// Whether a program that the window has started is running.
+inline bool isProcessRunning(const MainWindow &window)
+{
+    const QList<QProcess *> processes = window.findChildren<QProcess *>();
+    return std::any_of(processes.begin(), processes.end(), [](const QProcess *process) {
+        return process->state() != QProcess::NotRunning;
+    });
 }
