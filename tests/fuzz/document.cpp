@@ -15,12 +15,12 @@
 #include <QtCore/QJsonDocument>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QRadioButton>
-#include <memory>
 
 namespace {
 
-std::unique_ptr<const Sandbox> sandbox;
-std::unique_ptr<LinkCatcher> links;
+// Gone with the application object, which the fuzzer never destroys.
+const Sandbox *sandbox;
+const LinkCatcher *links;
 
 void clickProducts(ProductList *list)
 {
@@ -33,12 +33,12 @@ void clickProducts(ProductList *list)
 int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
     new QApplication(*argc, *argv);
-    sandbox = std::make_unique<Sandbox>(Sandbox::Content::Nothing);
-    links = std::make_unique<LinkCatcher>();
+    sandbox = new Sandbox(Sandbox::Content::Nothing);
+    links = new LinkCatcher;
     Analytics::initAnalytics();
     qAddPostRoutine([] {
-        links.reset();
-        sandbox.reset();
+        delete links;
+        delete sandbox;
     });
     return 0;
 }

@@ -12,11 +12,10 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtNetwork/QNetworkProxy>
-#include <memory>
 
 namespace {
 
-std::unique_ptr<const Sandbox> sandbox;
+const Sandbox *sandbox;
 
 void requireRightProxy()
 {
@@ -37,8 +36,8 @@ void requireRightProxy()
 int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
     new QCoreApplication(*argc, *argv);
-    sandbox = std::make_unique<Sandbox>(Sandbox::Content::Nothing);
-    qAddPostRoutine([] { sandbox.reset(); });
+    sandbox = new Sandbox(Sandbox::Content::Nothing);
+    qAddPostRoutine([] { delete sandbox; });
     return 0;
 }
 

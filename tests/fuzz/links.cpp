@@ -9,11 +9,10 @@
 #include <QtCore/QJsonObject>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
-#include <memory>
 
 namespace {
 
-std::unique_ptr<const Sandbox> sandbox;
+const Sandbox *sandbox;
 
 void requireNameInFolder(const QString &name)
 {
@@ -31,8 +30,8 @@ void requireNameInFolder(const QString &name)
 int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
     new QApplication(*argc, *argv);
-    sandbox = std::make_unique<Sandbox>(Sandbox::Content::Nothing);
-    qAddPostRoutine([] { sandbox.reset(); });
+    sandbox = new Sandbox(Sandbox::Content::Nothing);
+    qAddPostRoutine([] { delete sandbox; });
     return 0;
 }
 
