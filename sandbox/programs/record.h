@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <string>
 #include <thread>
 #include <utility>
@@ -48,6 +49,17 @@ inline void recordArguments(const std::filesystem::path &file,
     std::filesystem::path starts = file;
     starts += ".starts";
     std::ofstream(starts, std::ios::binary | std::ios::app) << "started\n";
+}
+
+/// Says "say" bytes on both of its outputs.
+inline void speak(const Instructions &instructions)
+{
+    const std::string line(1023, 'x');
+    for (int said = std::atoi(value(instructions, "say").c_str()); said > 0; said -= 1024) {
+        std::cout << line << '\n';
+        std::cerr << line << '\n';
+    }
+    std::cout.flush();
 }
 
 /// Waits "delay" milliseconds, then, if "end" says so, hangs for good or crashes.

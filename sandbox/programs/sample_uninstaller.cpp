@@ -1,6 +1,6 @@
-// The sample product's setup uninstaller. It does what the .dat file beside it says: waits, fails,
-// crashes or hangs on request, and otherwise really deletes the files listed there, the effect
-// resources only with "/DELRESOURCE". Folders that become empty go too.
+// The sample product's setup uninstaller. It does what the .dat file beside it says: talks, waits,
+// fails, crashes or hangs on request, and otherwise really deletes the files listed there, the
+// effect resources only with "/DELRESOURCE". Folders that become empty go too.
 
 #include "record.h"
 
@@ -34,6 +34,7 @@ int main(int argc, char **argv)
     }
     const Sample::Instructions instructions = Sample::readInstructions(dat);
     Sample::recordArguments(fs::u8path(Sample::value(instructions, "record")), arguments);
+    Sample::speak(instructions);
     Sample::waitOrEnd(instructions);
 
     const int exitCode = std::atoi(Sample::value(instructions, "exit").c_str());

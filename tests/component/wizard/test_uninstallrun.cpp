@@ -28,6 +28,7 @@ private Q_SLOTS:
 
     void argumentsWithoutResources();
     void argumentsWithResources();
+    void whatIsSaidIsNotKept();
     void cancelEndsWithoutStartingAnything();
     void closeFromTheWindowSystemCountsAsCancel();
     void uninstallerMayBeWrittenTo();
@@ -122,6 +123,27 @@ void TestUninstallRun::argumentsWithResources()
     QCOMPARE(lastProperties(), QJsonObject({{QLatin1String("ButtonClick"), QLatin1String("Remove")},
                                             {QLatin1String("is_delete_all"), QLatin1String("1")}}));
     QTRY_VERIFY_WITH_TIMEOUT(!isProcessRunning(window), patienceMs);
+}
+
+void TestUninstallRun::whatIsSaidIsNotKept()
+{
+    constexpr int megabytes = 4;
+    (*m_sandbox)
+        ->writeUninstaller(0, {{QStringLiteral("say"), QString::number(megabytes * 1024 * 1024)}});
+    MainWindow window(nullptr);
+    window.show();
+    qint64 kept = 0;
+    const QList<QProcess *> processes = window.findChildren<QProcess *>();
+    for (QProcess *process : processes) {
+        connect(process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), &window,
+                [process, &kept] {
+                    kept = process->readAllStandardOutput().size() +
+                           process->readAllStandardError().size();
+                });
+    }
+    answer(window, 1);
+    QTRY_VERIFY_WITH_TIMEOUT(!received().isEmpty() && !isProcessRunning(window), patienceMs);
+    QVERIFY2(kept < 1024 * 1024, qPrintable(QString::number(kept)));
 }
 
 void TestUninstallRun::cancelEndsWithoutStartingAnything()
