@@ -30,6 +30,8 @@ class Screen:
         with os.fdopen(read_end) as reply:
             self.name = ":" + reply.readline().strip()
         self._display = display.Display(self.name)
+        # Windows go while they are being looked at.
+        self._display.set_error_handler(lambda *ignored: None)
         self._display.damage_query_version()
         self._root = self._display.screen().root
         self._root.change_attributes(event_mask=X.SubstructureNotifyMask)
