@@ -161,6 +161,15 @@ def instructions_by_frame(command, environment, frames, seconds=120):
         return [total_of(f"{profile}.{part}") for part in range(1, frames + 2)]
 
 
+def instructions(command, environment=None):
+    """Of the whole life of a process."""
+    with tempfile.TemporaryDirectory() as folder:
+        profile = os.path.join(folder, "whole")
+        subprocess.run(["valgrind", "--tool=callgrind", f"--callgrind-out-file={profile}", *command],
+                       env=environment, check=True, stdin=DEVNULL, stdout=DEVNULL, stderr=DEVNULL)
+        return total_of(profile)
+
+
 def total_of(profile):
     with open(profile, encoding="utf-8", errors="replace") as text:
         for line in text:

@@ -149,22 +149,24 @@ class Bench:
             images = os.path.join(self.environment["TMPDIR"], "Norvane Clipwright Uninstaller",
                                   "Configs", "Images")
 
-            def configuration_by_program():
+            configuration = [program("bench-downloads"), "configuration"]
+            same_by_curl = ["curl", "--silent", "--fail", "--parallel", "--parallel-max", "5",
+                            "--remote-name-all", "--output-dir", target,
+                            *(f"{service.url}/{name}" for name in names)]
+
+            def by_program(measure):
                 shutil.rmtree(images, ignore_errors=True)
-                milliseconds, _ = processes.timed([program("bench-downloads"), "configuration"],
-                                                  environment)
+                result = measure(configuration, environment)
                 if len(os.listdir(images)) != ICONS:
                     raise RuntimeError("not every icon arrived")
-                return milliseconds
-
-            def configuration_by_curl():
-                return processes.timed(
-                    ["curl", "--silent", "--fail", "--parallel", "--parallel-max", "5",
-                     "--remote-name-all", "--output-dir", target,
-                     *(f"{service.url}/{name}" for name in names)])[0]
+                return result
 
             rows = [Row(f"{ICONS} icons and a document", 1.5, "ms",
-                        interleaved(2 * self.runs, configuration_by_program, configuration_by_curl))]
+                        interleaved(2 * self.runs, lambda: by_program(processes.timed)[0],
+                                    lambda: processes.timed(same_by_curl)[0])),
+                    Row(f"{ICONS} icons and a document: instructions", None, "million",
+                        [(by_program(processes.instructions) / 1e6,
+                          processes.instructions(same_by_curl) / 1e6)])]
 
             with open(os.path.join(root, "large"), "wb") as large:
                 for _ in range(LARGE_FILE // MIB):
@@ -172,9 +174,12 @@ class Bench:
             growths = []
             copy = os.path.join(target, "large")
 
+            file = [program("bench-downloads"), "file", f"{service.url}/large", copy]
+            same_file_by_curl = ["curl", "--silent", "--fail", "--output", copy,
+                                 f"{service.url}/large"]
+
             def file_by_program():
-                milliseconds, growth = processes.timed(
-                    [program("bench-downloads"), "file", f"{service.url}/large", copy], environment)
+                milliseconds, growth = processes.timed(file, environment)
                 if os.path.getsize(copy) != LARGE_FILE:
                     raise RuntimeError("the file did not arrive whole")
                 os.remove(copy)
@@ -182,13 +187,15 @@ class Bench:
                 return milliseconds
 
             def file_by_curl():
-                milliseconds, _ = processes.timed(
-                    ["curl", "--silent", "--fail", "--output", copy, f"{service.url}/large"])
+                milliseconds, _ = processes.timed(same_file_by_curl)
                 os.remove(copy)
                 return milliseconds
 
             rows += [Row("256 MiB file", 1.4, "ms",
                          interleaved(self.runs, file_by_program, file_by_curl)),
+                     Row("256 MiB file: instructions", None, "million",
+                         [(processes.instructions(file, environment) / 1e6,
+                           processes.instructions(same_file_by_curl) / 1e6)]),
                      Row("256 MiB file: growth of memory, MiB", 16, "", growths)]
         return rows
 

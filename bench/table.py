@@ -12,7 +12,7 @@ class Row:
     ratio of the medians; without a baseline it is the median of ours."""
 
     name: str
-    aim: float
+    aim: typing.Optional[float]  # None for a figure that only accompanies another
     unit: str  # of ours and baseline; "" when there is no baseline
     pairs: list = dataclasses.field(default_factory=list)
     skipped: str = ""
@@ -45,6 +45,8 @@ class Row:
     def verdict(self):
         if self.skipped:
             return f"skipped: {self.skipped}"
+        if self.aim is None:
+            return "no aim"
         return "ok" if self.pairs and self.figure <= self.aim else "miss"
 
     def as_json(self):

@@ -27,6 +27,11 @@ class Verdicts(unittest.TestCase):
         self.assertEqual(row.verdict, "skipped: no reason")
         self.assertNotIn("figure", row.as_json())
 
+    def test_without_an_aim_it_is_neither(self):
+        row = table.Row("r", None, "million", [(30, 10)])
+        self.assertEqual((row.figure, row.verdict), (3, "no aim"))
+        self.assertIn("no aim", table.as_markdown([row]))
+
     def test_absolute_figure(self):
         row = table.Row("r", 16, "MiB", [(17, None), (15, None), (15.5, None)])
         self.assertEqual((row.figure, row.verdict), (15.5, "ok"))
