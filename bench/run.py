@@ -276,7 +276,7 @@ class Bench:
         if not all(map(os.path.exists, names)):
             return [Row(name, aim, "", skipped="there is no Windows build: ./dev windows")
                     for name, aim in aims.items()]
-        shipped, sandbox, bare = names
+        shipped, sandbox, bare = stripped(names, os.path.join(self.folder, "stripped"))
         start, size, memory = aims
         with wine_prefix() as wine:
             # What only a Qt of Linux understands stays here.
@@ -292,7 +292,8 @@ class Bench:
                 Row(start, aims[start], "ms",
                     interleaved(self.runs, lambda: paint(ours), lambda: paint(base))),
                 Row(size, aims[size], "MiB",
-                    [((stripped_size(shipped) - resources_size()) / MIB, stripped_size(bare) / MIB)]),
+                    [((os.path.getsize(shipped) - resources_size()) / MIB,
+                      os.path.getsize(bare) / MIB)]),
                 Row(memory, aims[memory], "MiB", interleaved(1, lambda: peak(ours),
                                                              lambda: peak(base))),
             ]
@@ -334,11 +335,16 @@ def wine_prefix():
         subprocess.run(["wineserver", "--kill"], env={**os.environ, **wine}, check=False)
 
 
-def stripped_size(exe):
-    with tempfile.TemporaryDirectory() as folder:
-        stripped = os.path.join(folder, "stripped")
-        subprocess.run(["x86_64-w64-mingw32-strip", "-o", stripped, exe], check=True)
-        return os.path.getsize(stripped)
+def stripped(programs, folder):
+    """Copies as they ship, with the libraries beside them: what is there for a debugger is loaded
+    with the rest of a program, and weighs as much."""
+    os.makedirs(folder)
+    for library in glob.glob(os.path.join(os.path.dirname(programs[0]), "*.dll")):
+        shutil.copy(library, folder)
+    copies = [os.path.join(folder, os.path.basename(name)) for name in programs]
+    for name, copy in zip(programs, copies):
+        subprocess.run(["x86_64-w64-mingw32-strip", "-o", copy, name], check=True)
+    return copies
 
 
 def resources_size():
