@@ -27,6 +27,7 @@ sys.path[:0] = [os.path.join(ROOT, "sandbox"), os.path.dirname(os.path.abspath(_
 
 from table import Row, as_markdown, as_text, exponent, replaced_block  # noqa: E402
 import processes  # noqa: E402
+import installation  # noqa: E402
 from desktop import Listener  # noqa: E402
 from service.service import Service, sample_pictures  # noqa: E402
 
@@ -63,9 +64,7 @@ class Bench:
     def _sandbox_environment(self):
         sandbox = os.path.join(self.folder, "sandbox")
         os.makedirs(sandbox)
-        lines = processes.timed([program("make-sandbox"), sandbox])[1].splitlines()
-        values = dict(line.split("=", 1) for line in lines)
-        return {**os.environ, **{name: value.strip("'") for name, value in values.items()},
+        return {**os.environ, **installation.make(BIN, sandbox),
                 "DISPLAY": self.screen.name, "QT_LOGGING_RULES": "*.debug=false",
                 # Not found: neither program spends time on accessibility.
                 "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.folder}/no-bus"}

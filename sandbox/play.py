@@ -11,12 +11,12 @@ import argparse
 import json
 import os
 import shutil
-import shlex
 import socket
 import subprocess
 import sys
 import time
 
+import installation
 from desktop import Application, Desktop, Listener, browser_folder
 from ownfolder import make_afresh
 from proxies import HttpProxy, SocksProxy
@@ -43,12 +43,7 @@ class Story:
         make_afresh(self.out)
 
     def prepare(self):
-        made = subprocess.run([os.path.join(self.binaries, "make-sandbox"), self.root], check=True,
-                              stdout=subprocess.PIPE, encoding="utf-8")
-        self.environment = dict(os.environ)
-        for assignment in shlex.split(made.stdout):
-            variable, _, value = assignment.partition("=")
-            self.environment[variable] = value
+        self.environment = {**os.environ, **installation.make(self.binaries, self.root)}
         browser = browser_folder(os.path.join(self.root, "bin"), self.path("Received/links.txt"))
         self.environment["PATH"] = browser + os.pathsep + self.environment["PATH"]
         self.environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"

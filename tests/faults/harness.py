@@ -6,8 +6,6 @@ import contextlib
 import json
 import os
 import re
-import shlex
-import shutil
 import signal
 import subprocess
 import sys
@@ -18,6 +16,7 @@ HERE = os.path.dirname(os.path.abspath(__file__))
 SOURCES = os.path.dirname(os.path.dirname(HERE))
 sys.path.insert(0, os.path.join(SOURCES, "sandbox"))
 
+import installation  # pylint: disable=wrong-import-position
 from ownfolder import make_afresh  # pylint: disable=wrong-import-position
 
 SPLASH = "SplashWindow"
@@ -134,13 +133,9 @@ class Fault:
         self._make_sandbox()
 
     def _make_sandbox(self):
-        made = subprocess.run([os.path.join(self.binaries, "make-sandbox"), self.root], check=True,
-                              stdout=subprocess.PIPE, encoding="utf-8")
         self.environment = {name: value for name, value in os.environ.items()
                             if name not in ("DISPLAY", "QT_QPA_PLATFORM")}
-        for assignment in shlex.split(made.stdout):
-            variable, _, value = assignment.partition("=")
-            self.environment[variable] = value
+        self.environment.update(installation.make(self.binaries, self.root))
         self.environment["DISPLAY"] = self.screen.display
         self.environment["PATH"] = self._browser() + os.pathsep + self.environment["PATH"]
         # No session bus; without a word about it one would be started, and left behind.

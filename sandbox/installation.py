@@ -1,0 +1,12 @@
+"""A sample installation, made by the built make-sandbox."""
+
+import os
+import shlex
+import subprocess
+
+
+def make(binaries, root):
+    """Makes one below root; returns what the program must find in its environment to see it."""
+    made = subprocess.run([os.path.join(binaries, "make-sandbox"), root], check=True,
+                          stdout=subprocess.PIPE, encoding="utf-8")
+    return dict(assignment.split("=", 1) for assignment in shlex.split(made.stdout))
