@@ -10,3 +10,12 @@ def make(binaries, root):
     made = subprocess.run([os.path.join(binaries, "make-sandbox"), root], check=True,
                           stdout=subprocess.PIPE, encoding="utf-8")
     return dict(assignment.split("=", 1) for assignment in shlex.split(made.stdout))
+
+
+def lines(record):
+    """What a program of the installation has recorded; nothing when it was never started."""
+    try:
+        with open(record, encoding="utf-8") as file:
+            return file.read().splitlines()
+    except FileNotFoundError:
+        return []

@@ -77,11 +77,7 @@ class Story:
         self.pictures.append(file)
 
     def lines(self, relative):
-        try:
-            with open(self.path(relative), encoding="utf-8") as file:
-                return file.read().splitlines()
-        except FileNotFoundError:
-            return []
+        return installation.lines(self.path(relative))
 
     def calls(self):
         record = "Temp/Norvane Clipwright Uninstaller/Analystic/data_api.jsonl"

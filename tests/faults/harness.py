@@ -242,11 +242,7 @@ class Fault:
         return self.content(os.path.join(self.pictures, name))
 
     def lines(self, relative):
-        try:
-            with open(self.path(relative), encoding="utf-8") as file:
-                return file.read().splitlines()
-        except FileNotFoundError:
-            return []
+        return installation.lines(self.path(relative))
 
     # The program
 
