@@ -5,6 +5,12 @@
 # One Qt Test executable, run offscreen; once, or once for each variant with its environment. A
 # warning that the test did not announce with QTest::ignoreMessage() fails it. Variants whose names
 # match the expression are skipped on Windows.
+if(CMAKE_HOST_WIN32)
+  find_package(Python3 REQUIRED COMPONENTS Interpreter)
+else()
+  set(Python3_EXECUTABLE /usr/bin/python3) # the distribution's: pyatspi is packaged for no other
+endif()
+
 set(CLIPWRIGHT_TEST_ENVIRONMENT
   QT_QPA_PLATFORM=offscreen
   QT_LOGGING_RULES=qt.qpa.*=false

@@ -1,8 +1,8 @@
 // make-sandbox FOLDER: writes a sample installation and an upgrade on offer below FOLDER and
 // prints, as shell assignments, the environment in which a program sees them.
 
-#include "sandbox/layout/samplefeed.h"
-#include "sandbox/layout/sampleinstallation.h"
+#include "sandbox/installation/samplefeed.h"
+#include "sandbox/installation/sampleinstallation.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QTextStream>

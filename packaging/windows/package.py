@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Makes dist/: the stripped program and its zip, debug symbols beside.
 
-usage: package.py --build DIR --sysroot DIR --out DIR
+usage: package.py --build DIR --sysroot DIR
 """
 
 import argparse
@@ -15,10 +15,7 @@ import sys
 import zipfile
 
 HERE = pathlib.Path(__file__).resolve().parent
-sys.path.insert(0, str(HERE.parents[1] / "sandbox"))
-
-from ownfolder import make_afresh  # pylint: disable=wrong-import-position
-
+OUT = HERE.parents[1] / "dist"
 TOOL = "x86_64-w64-mingw32-"
 PROGRAM = "clipwright-uninstaller.exe"
 CLOSED_LIBRARIES = ["data_api.dll", "nvUpgrade.dll"]
@@ -119,15 +116,15 @@ def write_zip(folder, file):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    for option in ("--build", "--sysroot", "--out"):
+    for option in ("--build", "--sysroot"):
         parser.add_argument(option, type=pathlib.Path, required=True)
     arguments = parser.parse_args()
-    build, out = arguments.build.resolve(), arguments.out.resolve()
+    build = arguments.build.resolve()
     sysroot = arguments.sysroot  # as the build names it
 
     name = f"clipwright-uninstaller-{version_of(build)}-windows-x86_64"
-    make_afresh(out)
-    folder, symbols = out / name, out / (name + "-symbols")
+    shutil.rmtree(OUT, ignore_errors=True)
+    folder, symbols = OUT / name, OUT / (name + "-symbols")
     (folder / "stand-ins").mkdir(parents=True)
     symbols.mkdir()
 
@@ -144,9 +141,9 @@ def main():
         shutil.copyfile(HERE / "zip" / text, folder / text)
     copy_licences(sysroot, folder / "licences")
     write_relinking(build, sysroot, folder / "relink")
-    write_zip(folder, out / (name + ".zip"))
-    for path in sorted([*out.glob("*.zip"), folder / PROGRAM]):
-        print(f"{path.relative_to(out.parent)}: {path.stat().st_size / 1e6:.1f} MB")
+    write_zip(folder, OUT / (name + ".zip"))
+    for path in sorted([*OUT.glob("*.zip"), folder / PROGRAM]):
+        print(f"{path.relative_to(OUT.parent)}: {path.stat().st_size / 1e6:.1f} MB")
 
 
 if __name__ == "__main__":

@@ -20,18 +20,18 @@ import threading
 import time
 import traceback
 
-import harness
-from ownfolder import make_afresh  # where harness looks
-from table import ROWS
+from tests.faults import harness
+from tests.kit.ownfolder import make_afresh
+from tests.faults.table import ROWS
 
-import rows_network  # the order of the imports is that of the table
-import rows_folders
-import rows_cache
-import rows_ini
-import rows_children
-import rows_libraries
-import rows_clock
-import rows_ends
+from tests.faults import rows_network  # the order of the imports is that of the table
+from tests.faults import rows_folders
+from tests.faults import rows_cache
+from tests.faults import rows_ini
+from tests.faults import rows_children
+from tests.faults import rows_libraries
+from tests.faults import rows_clock
+from tests.faults import rows_ends
 
 MARKS = {"pass": "ok  ", "fail": "FAIL", "skip": "skip"}
 

@@ -8,16 +8,13 @@ import os
 import re
 import signal
 import subprocess
-import sys
 import threading
 import time
 
-HERE = os.path.dirname(os.path.abspath(__file__))
-SOURCES = os.path.dirname(os.path.dirname(HERE))
-sys.path.insert(0, os.path.join(SOURCES, "sandbox"))
-
-import installation  # pylint: disable=wrong-import-position
-from ownfolder import make_afresh  # pylint: disable=wrong-import-position
+from tests.kit import installation
+from tests.kit.desktop import browser_folder
+from tests.kit.ownfolder import ROOT as SOURCES
+from tests.kit.ownfolder import make_afresh
 
 SPLASH = "SplashWindow"
 MAIN = "Norvane Clipwright Uninstaller"
@@ -150,7 +147,6 @@ class Fault:
         self.orders("Feed/orders.txt", target=self.path("Feed/Package"))
 
     def _browser(self):
-        from desktop import browser_folder  # pylint: disable=import-outside-toplevel
         return browser_folder(self.path("bin"), self.path("Received/links.txt"))
 
     # The sandbox

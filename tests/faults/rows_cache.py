@@ -5,10 +5,10 @@ import json
 import os
 import subprocess
 
-import harness
-from harness import EARLIER, NO_REASON, SERVED
-from servers import PICTURE, FaultyServer, answer, dead_port, png
-from table import row
+from tests.faults import harness
+from tests.faults.harness import EARLIER, NO_REASON, SERVED
+from tests.faults.servers import PICTURE, FaultyServer, answer, dead_port, png
+from tests.faults.table import row
 
 GROUP = "cache"
 

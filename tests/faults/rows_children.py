@@ -9,9 +9,9 @@ import stat
 import threading
 import time
 
-from harness import CONFIRMATION, CONTINUE, MAIN, MESSAGE
-from servers import FaultyServer
-from table import row
+from tests.faults.harness import CONFIRMATION, CONTINUE, MAIN, MESSAGE
+from tests.faults.servers import FaultyServer
+from tests.faults.table import row
 
 GROUP = "children"
 

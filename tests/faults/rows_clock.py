@@ -7,9 +7,9 @@ import subprocess
 import sys
 import time
 
-from harness import BUILT_IN, EARLIER, Skipped
-from servers import FaultyServer
-from table import row
+from tests.faults.harness import BUILT_IN, EARLIER, Skipped
+from tests.faults.servers import FaultyServer
+from tests.faults.table import row
 
 GROUP = "clock"
 

@@ -7,9 +7,9 @@ import signal
 import subprocess
 import time
 
-from harness import CONFIRMATION, CONTINUE, EARLIER, MAIN, MESSAGE, SERVED, SPLASH
-from servers import FaultyServer
-from table import row
+from tests.faults.harness import CONFIRMATION, CONTINUE, EARLIER, MAIN, MESSAGE, SERVED, SPLASH
+from tests.faults.servers import FaultyServer
+from tests.faults.table import row
 
 GROUP = "ends"
 

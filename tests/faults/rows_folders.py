@@ -6,9 +6,9 @@ import shutil
 import subprocess
 import time
 
-from harness import BUILT_IN, CONFIRMATION, CONTINUE, EARLIER, MAIN, MESSAGE, NO_REASON, REMOVE, SERVED, SPLASH, Skipped
-from servers import PICTURE, FaultyServer, answer, dead_port
-from table import row
+from tests.faults.harness import BUILT_IN, CONFIRMATION, CONTINUE, EARLIER, MAIN, MESSAGE, NO_REASON, REMOVE, SERVED, SPLASH, Skipped
+from tests.faults.servers import PICTURE, FaultyServer, answer, dead_port
+from tests.faults.table import row
 
 GROUP = "folders"
 

@@ -5,9 +5,9 @@ import os
 import random
 import time
 
-from harness import BUILT_IN
-from servers import dead_port
-from table import row
+from tests.faults.harness import BUILT_IN
+from tests.faults.servers import dead_port
+from tests.faults.table import row
 
 GROUP = "ini files"
 

@@ -4,9 +4,9 @@ import json
 import os
 import time
 
-from harness import BUILT_IN, MAIN, MESSAGE, SERVED, SPLASH
-from servers import FaultyServer
-from table import row
+from tests.faults.harness import BUILT_IN, MAIN, MESSAGE, SERVED, SPLASH
+from tests.faults.servers import FaultyServer
+from tests.faults.table import row
 
 GROUP = "libraries"
 

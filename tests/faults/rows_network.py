@@ -6,9 +6,9 @@ import gzip
 import itertools
 import time
 
-from harness import BUILT_IN, EARLIER, PROMPT, SERVED
-from servers import PICTURE, FaultyServer, answer, dead_port
-from table import row
+from tests.faults.harness import BUILT_IN, EARLIER, PROMPT, SERVED
+from tests.faults.servers import PICTURE, FaultyServer, answer, dead_port
+from tests.faults.table import row
 
 GROUP = "network"
 

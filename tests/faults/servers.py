@@ -7,7 +7,7 @@ import struct
 import threading
 import zlib
 
-import harness
+from tests.faults import harness
 
 
 def answer(body=b"", status="200 OK", length=None, *headers):

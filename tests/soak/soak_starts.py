@@ -15,10 +15,8 @@ import re
 import statistics
 import sys
 
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "faults"))
-
-import harness  # pylint: disable=wrong-import-position
-from servers import FaultyServer  # pylint: disable=wrong-import-position
+from tests.faults import harness
+from tests.faults.servers import FaultyServer
 
 TENTHS = 10
 ALLOWED_GROWTH = 1.02

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sandbox/layout/samplefeed.h"
+#include "sandbox/installation/samplefeed.h"
 #include "tests/support/sandbox.h"
 
 #include <QtCore/QJsonObject>

@@ -1,7 +1,7 @@
 #include "tests/support/interfacelanguage.h"
 
 #include "app/env/languages.h"
-#include "sandbox/layout/sampleinstallation.h"
+#include "sandbox/installation/sampleinstallation.h"
 
 #include <QtCore/QCoreApplication>
 

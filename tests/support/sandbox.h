@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sandbox/layout/sampleinstallation.h"
+#include "sandbox/installation/sampleinstallation.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QMap>

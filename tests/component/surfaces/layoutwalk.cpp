@@ -1,6 +1,6 @@
 #include "tests/component/surfaces/layoutwalk.h"
 
-#include "gallery/contrast.h"
+#include "tools/gallery/contrast.h"
 
 #include <QtGui/QAccessible>
 #include <QtGui/QGlyphRun>

@@ -1,11 +1,11 @@
-#include "gallery/contrast.h"
-#include "gallery/controls.h"
-#include "gallery/surfaces.h"
 #include "tests/support/interfacelanguage.h"
 #include "tests/support/linkcatcher.h"
 #include "tests/support/lookapplied.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
+#include "tools/gallery/contrast.h"
+#include "tools/gallery/controls.h"
+#include "tools/gallery/surfaces.h"
 
 #include <QtTest/QTest>
 #include <QtWidgets/QWidget>

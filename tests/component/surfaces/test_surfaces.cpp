@@ -1,10 +1,10 @@
-#include "gallery/surfaces.h"
 #include "tests/component/surfaces/layoutwalk.h"
 #include "tests/support/interfacelanguage.h"
 #include "tests/support/linkcatcher.h"
 #include "tests/support/lookapplied.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
+#include "tools/gallery/surfaces.h"
 
 #include <QtTest/QTest>
 #include <QtWidgets/QWidget>

@@ -1,0 +1,174 @@
+#!/usr/bin/python3
+"""Renders every window, page, dialog and state in every language at several scale factors, and puts
+the pictures side by side into one page.
+
+usage: python3 -m tools.gallery.gallery --bin DIR --out DIR [--languages ARG,DEU,...] [--scales 1,1.25,2]
+"""
+
+import argparse
+import concurrent.futures
+import html
+import json
+import os
+import subprocess
+import sys
+
+from tests.kit.ownfolder import make_afresh
+
+# The installer's codes, one for each catalogue.
+LANGUAGES = {
+    "ENG": "English", "ARG": "العربية", "CHT": "繁體中文", "DEU": "Deutsch", "ESP": "Español",
+    "FRA": "Français", "IDN": "Bahasa Indonesia", "ITA": "Italiano", "JPN": "日本語",
+    "KOR": "한국어", "NLD": "Nederlands", "PLK": "Polski", "PTG": "Português", "ROM": "Română",
+    "RUS": "Русский", "SWE": "Svenska"}
+STATES = ["normal", "hover", "pressed", "focus", "disabled"]
+
+PAGE = """<!doctype html>
+<html lang="en">
+<meta charset="utf-8">
+<title>Norvane Clipwright Uninstaller: gallery</title>
+<style>
+  body { margin: 0; font: 15px/1.5 "Segoe UI", "Noto Sans", sans-serif; color: #1E2030; background: #DCDCE4; }
+  header { position: sticky; top: 0; z-index: 1; padding: 12px 24px; background: #FFF; border-bottom: 1px solid #C8C8D4; }
+  header label { margin-right: 14px; white-space: nowrap; }
+  h1 { margin: 0 0 4px; font-size: 18px; }
+  main { padding: 8px 24px 48px; }
+  h2 { margin: 28px 0 8px; font-size: 16px; }
+  .row { display: flex; flex-wrap: wrap; gap: 20px; align-items: flex-start; }
+  figure { margin: 0; } figcaption { color: #565B70; font-size: 13px; }
+  table { border-collapse: collapse; background: #FFF; } td, th { padding: 4px 12px; text-align: left; border: 1px solid #DDD; }
+  .swatch { display: inline-block; width: 1em; height: 1em; margin-right: .5em; border: 1px solid #999; vertical-align: -2px; }
+  .off { display: none; }
+</style>
+<header>
+  <h1>Norvane Clipwright Uninstaller</h1>
+  <div>Scale factor: {scale_choice}</div>
+  <div>{language_choice}</div>
+</header>
+<main>
+{body}
+</main>
+<script>
+  const pictures = document.querySelectorAll("img[data-folder]");
+  function show() {
+    const scale = document.querySelector("input[name=scale]:checked").value;
+    const shown = new Set([...document.querySelectorAll("input[name=language]:checked")].map(box => box.value));
+    for (const picture of pictures) {
+      const [language, name] = picture.dataset.folder.split("/");
+      picture.closest("figure").classList.toggle("off", !shown.has(language));
+      const source = language + "_" + scale + "/" + name;
+      if (shown.has(language) && picture.getAttribute("src") !== source)
+        picture.src = source;
+      picture.onload = () => { picture.width = picture.naturalWidth / scale; };
+    }
+  }
+  document.addEventListener("change", show);
+  show();
+</script>
+</html>
+"""
+
+
+def render(binaries, out, language, scale):
+    """Renders one language at one scale factor; returns its index."""
+    folder = os.path.join(out, f"{language}_{scale}")
+    environment = dict(os.environ, QT_QPA_PLATFORM="offscreen", QT_SCALE_FACTOR=scale)
+    command = [os.path.join(binaries, "render-gallery"), folder, language]
+    if language == "ENG" and scale == "2":  # colours are alike in all
+        command.append("--contrast")
+    done = subprocess.run(command, env=environment, stdout=subprocess.PIPE,
+                          stderr=subprocess.STDOUT, encoding="utf-8", check=False)
+    if done.returncode:
+        raise RuntimeError(f"{language} at {scale}: {done.stdout}")
+    with open(os.path.join(folder, "index.json"), encoding="utf-8") as file:
+        return json.load(file)
+
+
+def figure(language, name, caption):
+    return (f'<figure><img data-folder="{language}/{html.escape(name)}.png" loading="lazy" alt="'
+            f'{html.escape(name)}"><figcaption>{html.escape(caption)}</figcaption></figure>')
+
+
+def surface_section(name, languages):
+    figures = "".join(figure(code, name, LANGUAGES[code]) for code in languages)
+    return f'<h2 id="{name}">{name}</h2><div class="row">{figures}</div>'
+
+
+def control_section(controls, language):
+    rows = {}
+    for control in controls:
+        rows.setdefault(control["name"], {})[control["state"]] = control["file"]
+    head = "".join(f"<th>{state}</th>" for state in STATES)
+    body = "".join(
+        f"<tr><th>{html.escape(name)}</th>"
+        + "".join(f"<td>{figure(language, files[state], '')}</td>" for state in STATES) + "</tr>"
+        for name, files in rows.items())
+    return f"<h2>controls</h2><table><tr><th></th>{head}</tr>{body}</table>"
+
+
+def contrast_section(texts):
+    worst = {}
+    for text in texts:
+        key = (text["widget"], text["ink"])
+        if key not in worst or text["ratio"] < worst[key]["ratio"]:
+            worst[key] = text
+
+    def swatch(colour):
+        return f'<td><span class="swatch" style="background: {colour}"></span>{colour}</td>'
+
+    body = "".join(
+        f"<tr><td>{html.escape(text['widget'])}</td><td>{html.escape(text['surface'])}</td>"
+        f"{swatch(text['ink'])}{swatch(text['ground'])}<td>{text['ratio']:.2f}</td></tr>"
+        for text in sorted(worst.values(), key=lambda text: text["ratio"]))
+    return ("<h2>contrast, as painted, where it is least</h2><table><tr><th>text of</th><th>on</th>"
+            f"<th>ink</th><th>ground</th><th>ratio</th></tr>{body}</table>")
+
+
+def write_page(out, languages, scales, indexes):
+    first = indexes[0]
+    sections = [surface_section(name, languages) for name in first["surfaces"]]
+    sections.append(control_section(first["controls"], languages[0]))
+    contrast = next((index["contrast"] for index in indexes if index["contrast"]), [])
+    if contrast:
+        sections.append(contrast_section(contrast))
+    scale_choice = " ".join(
+        f'<label><input type="radio" name="scale" value="{scale}"'
+        f'{" checked" if scale == scales[0] else ""}> {scale}</label>' for scale in scales)
+    language_choice = " ".join(
+        f'<label><input type="checkbox" name="language" value="{code}" checked> '
+        f"{LANGUAGES[code]}</label>" for code in languages)
+    page = PAGE
+    for place, text in (("{scale_choice}", scale_choice), ("{language_choice}", language_choice),
+                        ("{body}", "\n".join(sections))):
+        page = page.replace(place, text)
+    file = os.path.join(out, "index.html")
+    with open(file, "w", encoding="utf-8") as output:
+        output.write(page)
+    return file
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--bin", required=True, help="folder with the built programs")
+    parser.add_argument("--out", required=True, help="folder for the page and its pictures")
+    parser.add_argument("--languages", default=",".join(LANGUAGES))
+    parser.add_argument("--scales", default="1,1.25,2")
+    arguments = parser.parse_args()
+    languages = arguments.languages.split(",")
+    scales = arguments.scales.split(",")
+    unknown = [code for code in languages if code not in LANGUAGES]
+    if unknown:
+        parser.error(f"unknown language {unknown[0]}; known are {', '.join(LANGUAGES)}")
+
+    make_afresh(arguments.out)
+    jobs = [(language, scale) for language in languages for scale in scales]
+    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+        indexes = list(pool.map(lambda job: render(arguments.bin, arguments.out, *job), jobs))
+    page = write_page(arguments.out, languages, scales, indexes)
+    pictures = sum(len(index["surfaces"]) + len(index["controls"]) for index in indexes)
+    print(f"{pictures} pictures: {page}")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

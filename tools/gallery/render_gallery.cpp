@@ -1,0 +1,108 @@
+// Renders every surface in one language, or every control, into a folder of pictures.
+
+#include "tests/support/interfacelanguage.h"
+#include "tests/support/linkcatcher.h"
+#include "tests/support/lookapplied.h"
+#include "tests/support/sandbox.h"
+#include "tools/gallery/contrast.h"
+#include "tools/gallery/controls.h"
+#include "tools/gallery/surfaces.h"
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtGui/QPixmap>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QWidget>
+
+#include <cstdlib>
+
+namespace {
+
+void save(QWidget &window, const QString &name, const QDir &folder)
+{
+    const QString fileName = folder.filePath(name + QStringLiteral(".png"));
+    if (!window.grab().save(fileName))
+        qFatal("cannot write %s", qPrintable(fileName));
+}
+
+QJsonArray describe(const QList<Gallery::Contrast> &texts, const QString &surface)
+{
+    QJsonArray list;
+    for (const Gallery::Contrast &text : texts) {
+        list.append(QJsonObject{{QStringLiteral("surface"), surface},
+                                {QStringLiteral("widget"), text.widget},
+                                {QStringLiteral("ink"), text.ink.name()},
+                                {QStringLiteral("ground"), text.ground.name()},
+                                {QStringLiteral("ratio"), text.ratio}});
+    }
+    return list;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    QCommandLineParser parser;
+    parser.addPositionalArgument(QStringLiteral("folder"), QStringLiteral("where to render to"));
+    parser.addPositionalArgument(QStringLiteral("language"),
+                                 QStringLiteral("the installer's code, such as ENG"));
+    parser.addOption({QStringLiteral("contrast"), QStringLiteral("measure the texts' contrast")});
+    parser.addHelpOption();
+    parser.process(application);
+    if (parser.positionalArguments().size() != 2)
+        parser.showHelp(EXIT_FAILURE);
+
+    const QDir folder(parser.positionalArguments().constFirst());
+    folder.mkpath(QStringLiteral("."));
+    QApplication::setCursorFlashTime(0); // or pictures differ by a caret
+    const Sandbox sandbox;
+    const LookApplied look;
+    const LinkCatcher links;
+    const InterfaceLanguage language(*sandbox.operator->(), parser.positionalArguments().at(1));
+
+    QJsonArray surfaces;
+    QJsonArray contrasts;
+    const QList<Gallery::Surface> all = Gallery::surfaces();
+    for (const Gallery::Surface &surface : all) {
+        const std::unique_ptr<QWidget> window = surface.show();
+        save(*window, surface.name, folder);
+        surfaces.append(surface.name);
+        if (!parser.isSet(QStringLiteral("contrast")))
+            continue;
+        const QJsonArray texts = describe(Gallery::measureContrast(*window), surface.name);
+        for (const QJsonValue &text : texts)
+            contrasts.append(text);
+    }
+
+    QJsonArray controls;
+    const QList<Gallery::Control> allControls = Gallery::controls();
+    for (const Gallery::Control &control : allControls) {
+        const std::unique_ptr<QWidget> window = control.show();
+        const QString file = QString(control.name).replace(QLatin1Char(' '), QLatin1Char('-')) +
+                             QLatin1Char('_') + control.state;
+        save(*window, file, folder);
+        controls.append(QJsonObject{{QStringLiteral("name"), control.name},
+                                    {QStringLiteral("state"), control.state},
+                                    {QStringLiteral("file"), file}});
+        if (!parser.isSet(QStringLiteral("contrast")))
+            continue;
+        const QJsonArray texts = describe(Gallery::measureContrast(*window),
+                                          control.name + QStringLiteral(" : ") + control.state);
+        for (const QJsonValue &text : texts)
+            contrasts.append(text);
+    }
+
+    QFile index(folder.filePath(QStringLiteral("index.json")));
+    if (!index.open(QIODevice::WriteOnly))
+        qFatal("cannot write %s", qPrintable(index.fileName()));
+    index.write(QJsonDocument(QJsonObject{{QStringLiteral("surfaces"), surfaces},
+                                          {QStringLiteral("controls"), controls},
+                                          {QStringLiteral("contrast"), contrasts}})
+                    .toJson());
+    return EXIT_SUCCESS;
+}
