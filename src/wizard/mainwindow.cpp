@@ -30,6 +30,7 @@ MainWindow::MainWindow(QWidget *parent)
     resize(720, 480);
 
     m_overlay = new QWidget(this);
+    m_overlay->setObjectName(QStringLiteral("overlay"));
     m_overlay->setStyleSheet(
         QStringLiteral("background-color: rgba(0, 0, 0, 127);\nborder-radius: 12px;"));
     m_overlay->hide();
@@ -45,12 +46,14 @@ MainWindow::MainWindow(QWidget *parent)
     connect(helper, &NvUpgradeHelper::s_DownFinish, this, &MainWindow::downloadFinished);
 
     m_installProcess = new QProcess(this);
+    m_installProcess->setObjectName(QStringLiteral("installProcess"));
     connect(m_installProcess, &QProcess::started, this, &MainWindow::installStarted);
     connect(m_installProcess, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
             &MainWindow::installFinished);
     connect(m_installProcess, &QProcess::errorOccurred, this, &MainWindow::installError);
 
     m_uninstallProcess = new QProcess(this);
+    m_uninstallProcess->setObjectName(QStringLiteral("uninstallProcess"));
     connect(m_uninstallProcess, &QProcess::started, this, &MainWindow::uninstallStarted);
     connect(m_uninstallProcess, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
             &MainWindow::uninstallFinished);

@@ -8,7 +8,6 @@
 #include "upgrade/nvupgradehelper.h"
 
 #include <QtCore/QFile>
-#include <QtCore/QProcessEnvironment>
 #include <QtCore/QTimer>
 #include <QtCore/QUuid>
 
@@ -18,29 +17,8 @@ constexpr int maxProgressBeforeInstalled = 99;
 constexpr int completedDelayMs = 500;
 constexpr int skinNumber = 0;
 
-const QLatin1String brandName("Norvane");
-const QLatin1String productName("Norvane Clipwright");
 const QLatin1String sourceUpgradeFailure("upgrade_failure");
 const QLatin1String sourceUpgradeCancel("upgrade_cancel");
-
-QString inProgramFiles(const QString &relative)
-{
-    return QProcessEnvironment::systemEnvironment().value(QStringLiteral("ProgramFiles")) +
-           relative;
-}
-
-QString updateInstallerPath()
-{
-    return inProgramFiles(
-        QStringLiteral("/Norvane/Norvane Clipwright Update/Norvane Clipwright Update.exe"));
-}
-
-QString installDirOrDefault()
-{
-    const QString folder = AppEnv::installDir();
-    return folder.isEmpty() ? inProgramFiles(QStringLiteral("/Norvane/Norvane Clipwright"))
-                            : folder;
-}
 
 // Of an answer's text, what the next request is to hold.
 std::string utf8(const std::string &answered)
@@ -62,8 +40,8 @@ QStringList installerArguments(const UpdateInfo &update)
             quotedSwitch("/LANG=\"%1\"", product.language),
             quotedSwitch("/SKIN=\"%1\"", QString::number(skinNumber)),
             quotedSwitch("/CURVER=\"%1\"", product.version),
-            quotedSwitch("/INSTALLPATH=\"%1\"", installDirOrDefault()),
-            quotedSwitch("/PRODUCTNAME=\"%1\"", productName),
+            quotedSwitch("/INSTALLPATH=\"%1\"", AppEnv::installDirOrDefault()),
+            quotedSwitch("/PRODUCTNAME=\"%1\"", AppEnv::productName()),
             quotedSwitch("/SOURCE=\"%1\"", QStringLiteral("Uninstaller"))};
 }
 
@@ -78,8 +56,8 @@ void MainWindow::sendUpgradeCheck()
     checkInPraram request;
     request.pid = product.productId.toStdString();
     request.version = product.version.toStdString();
-    request.brand = QString(brandName).toStdString();
-    request.name = QString(productName).toStdString();
+    request.brand = AppEnv::brandName().toStdString();
+    request.name = AppEnv::productName().toStdString();
     request.nvid = account.uid.toStdString();
     request.email = account.email.toStdString();
     request.platform = "win_x64";
@@ -127,7 +105,7 @@ void MainWindow::downloadFinished(bool success)
         return;
     }
     upgradePage->progressBar->setValue(maxProgressBeforeInstalled);
-    const QString installer = updateInstallerPath();
+    const QString installer = AppEnv::updateInstallerPath();
     if (!QFile::exists(installer)) {
         failUpgrade(tr("Install failed."));
         return;

@@ -158,9 +158,8 @@ void Life::watchHelper()
 
 void Life::watchProcesses()
 {
-    const QList<QProcess *> processes = m_window->findChildren<QProcess *>();
-    m_installer = processes.at(0); // the order in which the window makes them
-    m_uninstaller = processes.at(1);
+    m_installer = installProcess(*m_window);
+    m_uninstaller = uninstallProcess(*m_window);
     connect(m_installer, &QProcess::stateChanged, this, [this](QProcess::ProcessState state) {
         m_installerStarts += state == QProcess::Starting;
         m_installersStarted += state == QProcess::Running;

@@ -21,7 +21,23 @@ QString textInGroup(QSettings &settings, const QString &group, const QString &ke
     return text;
 }
 
+QString makerProgramsDir()
+{
+    return QProcessEnvironment::systemEnvironment().value(QStringLiteral("ProgramFiles")) +
+           QLatin1Char('/') + brandName() + QLatin1Char('/');
+}
+
 } // namespace
+
+QString brandName()
+{
+    return QStringLiteral("Norvane");
+}
+
+QString productName()
+{
+    return QStringLiteral("Norvane Clipwright");
+}
 
 QString ensuredFolder(const QString &path)
 {
@@ -37,19 +53,31 @@ QString installDir()
                                   QStringLiteral("path"));
 }
 
+QString installDirOrDefault()
+{
+    const QString folder = installDir();
+    return folder.isEmpty() ? QString(makerProgramsDir() + productName()) : folder;
+}
+
+QString updateInstallerPath()
+{
+    const QString program = productName() + QStringLiteral(" Update");
+    return makerProgramsDir() + program + QLatin1Char('/') + program + QStringLiteral(".exe");
+}
+
 QString productExePath()
 {
     const QString folder = installDir();
     if (folder.isEmpty())
         return {};
-    return folder + QDir::separator() + QStringLiteral("Norvane Clipwright X.exe");
+    return folder + QDir::separator() + productName() + QStringLiteral(" X.exe");
 }
 
 QString productDataDir()
 {
     const QString programData =
         QProcessEnvironment::systemEnvironment().value(QStringLiteral("ProgramData"));
-    return ensuredFolder(programData + QStringLiteral("/Norvane Clipwright"));
+    return ensuredFolder(programData + QLatin1Char('/') + productName());
 }
 
 QString uninstallerDataDir()

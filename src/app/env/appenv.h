@@ -9,6 +9,10 @@
 /// Call from the GUI thread or, for the folders, from any.
 namespace AppEnv {
 
+/// The maker's and the product's name, as the maker's services and installers know them.
+QString brandName();
+QString productName();
+
 /// What the product ini says; the ids are texts, as they stand there.
 struct ProductInfo
 {
@@ -31,6 +35,12 @@ QString ensuredFolder(const QString &path);
 
 /// The installation folder as the registry holds it, with native separators.
 QString installDir();
+
+/// installDir() or, without one, the folder into which the setup installs by default.
+QString installDirOrDefault();
+
+/// The maker's update installer, whether or not it exists.
+QString updateInstallerPath();
 
 /// The product's executable in installDir(), whether or not it exists; empty without installDir().
 QString productExePath();

@@ -185,7 +185,7 @@ void TestUninstallRun::uninstallerMayBeWrittenTo()
 {
     MainWindow window(nullptr);
     window.show();
-    const QProcess *uninstaller = window.findChildren<QProcess *>().constLast();
+    const QProcess *uninstaller = uninstallProcess(window);
     std::optional<QIODevice::OpenMode> mode;
     connect(uninstaller, &QProcess::started, &window,
             [uninstaller, &mode] { mode = uninstaller->openMode(); });

@@ -101,12 +101,6 @@ private:
     const MainWindow &m_window;
 };
 
-QProcess *installProcess(const MainWindow &window)
-{
-    // The window makes it before the process of the uninstaller.
-    return window.findChildren<QProcess *>().constFirst();
-}
-
 /// What happens to the installer and to the action button from the upgrade page on, in order.
 class Journal : public QObject
 {
@@ -693,7 +687,7 @@ void TestUpdateRun::downloadFailingUnderAConfirmationIsIgnored()
     if (remove) {
         QTRY_COMPARE_WITH_TIMEOUT(window.wizardPages->currentWidget(), window.uninstallPage,
                                   patienceMs);
-        const QProcess *uninstaller = window.findChildren<QProcess *>().constLast();
+        const QProcess *uninstaller = uninstallProcess(window);
         QTRY_COMPARE_WITH_TIMEOUT(uninstaller->state(), QProcess::NotRunning, patienceMs);
         QVERIFY(!QFile::exists(installation()->installDir() + QStringLiteral("/unins000.exe")));
     } else {

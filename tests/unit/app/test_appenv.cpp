@@ -35,6 +35,8 @@ void TestAppEnv::foldersAndFilesOfAnInstallation()
                                            QStringLiteral("Norvane Clipwright X.exe"));
     QCOMPARE(AppEnv::productDataDir(),
              sandbox.path(QStringLiteral("ProgramData/Norvane Clipwright")));
+    QCOMPARE(AppEnv::updateInstallerPath(), sandbox->updateInstaller());
+    QCOMPARE(AppEnv::installDirOrDefault(), sandbox->installDir());
     QCOMPARE(AppEnv::productIniPath(),
              AppEnv::productDataDir() + QStringLiteral("/Clipwright.ini"));
     QCOMPARE(AppEnv::accountIniPath(), AppEnv::productDataDir() + QStringLiteral("/KConfig.ini"));
@@ -55,6 +57,8 @@ void TestAppEnv::withoutRegistryKeyNothingIsFound()
     const Sandbox sandbox;
     sandbox->removeSystemValue(QStringLiteral("HKEY_CLASSES_ROOT/NCPFile/path"));
     QCOMPARE(AppEnv::installDir(), QString());
+    QCOMPARE(AppEnv::installDirOrDefault(),
+             sandbox.path(QStringLiteral("Program Files/Norvane/Norvane Clipwright")));
     QCOMPARE(AppEnv::productExePath(), QString());
     QCOMPARE(AppEnv::findUninstaller(), QString());
 }
