@@ -2,6 +2,7 @@
 
 #include <QtCore/QtGlobal>
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <exception>
 #include <json/json.h>
@@ -19,6 +20,15 @@ std::string line(const Json::Value &request)
     QT_WARNING_POP
 }
 
+/// Whether every number is finite. Older parsers refuse a numeral beyond the range of a double;
+/// since 1.9.6 they read it as infinity.
+bool isFinite(const Json::Value &value)
+{
+    if (value.isDouble())
+        return std::isfinite(value.asDouble());
+    return std::all_of(value.begin(), value.end(), isFinite);
+}
+
 std::optional<Json::Value> parsed(const std::string &json)
 {
     constexpr bool collectComments = false;
@@ -26,7 +36,7 @@ std::optional<Json::Value> parsed(const std::string &json)
     try {
         QT_WARNING_PUSH
         QT_WARNING_DISABLE_DEPRECATED
-        if (Json::Reader().parse(json, root, collectComments))
+        if (Json::Reader().parse(json, root, collectComments) && isFinite(root))
             return root;
         QT_WARNING_POP
     } catch (const std::exception &) {

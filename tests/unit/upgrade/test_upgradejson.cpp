@@ -214,6 +214,10 @@ void TestUpgradeJson::textThatIsNoJsonGivesDefaults_data()
     QTest::newRow("bytes") << QByteArray("\xff\xfe\x80\x00\x01", 5);
     QTest::newRow("byte order mark") << QByteArray("\xef\xbb\xbf{\"errcode\":\"5\"}");
     QTest::newRow("number out of range") << QByteArray(R"({"errcode":1e999})");
+    QTest::newRow("negative number out of range") << QByteArray(R"({"errcode":-1e999})");
+    QTest::newRow("integer out of range") << R"({"errcode":)" + QByteArray(400, '9') + '}';
+    QTest::newRow("number out of range that is not read")
+        << QByteArray(R"({"errcode":"5","result":{"sizes":[1,[2,1e999]]}})");
     QTest::newRow("half a surrogate pair") << QByteArray(R"({"errcode":"5\ud83c"})");
     QTest::newRow("unfinished comment") << QByteArray(R"(/* {"errcode":"5"})");
     QTest::newRow("nested too deeply") << QByteArray(100'000, '[') + QByteArray(100'000, ']');
@@ -281,6 +285,8 @@ void TestUpgradeJson::memberIsReadAsText_data()
     QTest::newRow("negative number") << QByteArray("-12") << QByteArray("-12");
     QTest::newRow("large number") << QByteArray("18446744073709551615")
                                   << QByteArray("18446744073709551615");
+    QTest::newRow("largest power of ten") << QByteArray("1e308") << QByteArray("1e+308");
+    QTest::newRow("too small for a fraction") << QByteArray("1e-999") << QByteArray("0.0");
     QTest::newRow("fraction") << QByteArray("2.5") << QByteArray("2.5");
     QTest::newRow("true") << QByteArray("true") << QByteArray("true");
     QTest::newRow("false") << QByteArray("false") << QByteArray("false");
