@@ -21,7 +21,7 @@ import time
 import traceback
 
 from tests.faults import harness
-from tests.kit.ownfolder import make_afresh
+from tests.kit.folders import make_afresh
 from tests.faults.table import ROWS
 
 from tests.faults import rows_network  # the order of the imports is that of the table

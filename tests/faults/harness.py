@@ -12,9 +12,9 @@ import threading
 import time
 
 from tests.kit import installation
-from tests.kit.desktop import browser_folder
-from tests.kit.ownfolder import ROOT as SOURCES
-from tests.kit.ownfolder import make_afresh
+from tests.kit.installation import browser_folder
+from tests.kit.folders import ROOT as SOURCES
+from tests.kit.folders import make_afresh
 
 SPLASH = "SplashWindow"
 MAIN = "Norvane Clipwright Uninstaller"

@@ -1,229 +1,247 @@
-"""A desktop of its own for a program under test: X server, session bus with accessibility, window
-manager and compositor. Needs the distribution's python3, for which pyatspi is packaged."""
+"""A virtual desktop for programs under test, with its windows, keyboard and mouse. Needs the
+distribution's python3-xlib and xdotool."""
 
+import collections
 import contextlib
 import os
-import socket
 import subprocess
 import threading
 import time
 
-from tests.kit import processes
+from Xlib import X, Xatom, display, error
+
+from tests.kit.processes import Processes, end
+
+Place = collections.namedtuple("Place", "x y width height")
+
+
+def wait_until(condition, seconds, what, interval=0.05):
+    """Waits for a condition and returns its value; raises AssertionError when it does not come. What
+    it is may be a function, asked at the end."""
+    deadline = time.monotonic() + seconds
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > deadline:
+            raise AssertionError(f"not within {seconds:g} s: {what() if callable(what) else what}")
+        time.sleep(interval)
 
 
 class Desktop:
-    """Starts the desktop on entry, ends all of it on exit."""
+    """A desktop between entry and exit. BARE is an X server alone, MANAGED has a window manager,
+    WHOLE also a compositor and a session bus with accessibility. Several desktops may exist in one
+    process; each is to be used by one thread at a time.
 
-    def __init__(self, width=1000, height=680):
+    Programs appear on it when they are started with its environment. This process's own environment
+    stays as it is."""
+
+    BARE, MANAGED, WHOLE = range(3)
+
+    _starting = threading.Lock()  # servers that look for a free number at once may find the same
+
+    def __init__(self, extent=WHOLE, width=1000, height=680):
+        self._extent = extent
         self._size = f"{width}x{height}x24"
-        self._processes = contextlib.ExitStack()
+        self._entered = contextlib.ExitStack()
+        self._processes = None
+        self._server = self._manager = None
+        self._display = self._root = None
+        self.environment = {name: value for name, value in os.environ.items()
+                            if name not in ("WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
 
     def __enter__(self):
-        with self._processes:  # which are ended when one of them does not start
-            os.environ["DISPLAY"] = ":" + self._start_and_ask(
-                ["Xvfb", "-screen", "0", self._size, "-nolisten", "tcp", "-displayfd"])
-            os.environ["DBUS_SESSION_BUS_ADDRESS"] = self._start_and_ask(
-                ["dbus-daemon", "--session", "--nofork", "--print-address"])
-            self._start(["openbox"])
-            # Translucent windows need a compositor to show what lies behind their corners.
-            self._start(["picom", "--config", "/dev/null", "--backend", "xrender"])
-            time.sleep(0.5)
-            self._processes = self._processes.pop_all()
+        with self._entered:  # ends what was started when something else does not start
+            self._processes = self._entered.enter_context(Processes())
+            self._start_server()
+            # Without an address, programs would start a bus of their own and leave it behind.
+            bus = "unix:path=/nonexistent"
+            if self._extent == self.WHOLE:
+                _, bus = self._processes.start_and_ask(
+                    ["dbus-daemon", "--session", "--nofork", "--print-address"],
+                    env=self.environment)
+            self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus
+            self._display = self._entered.enter_context(
+                contextlib.closing(display.Display(self.environment["DISPLAY"])))
+            self._display.set_error_handler(lambda *ignored: None)  # windows go while looked at
+            self._root = self._display.screen().root
+            if self._extent >= self.MANAGED:
+                self._start_manager()
+            if self._extent == self.WHOLE:
+                self._start_compositor()
+            self._entered = self._entered.pop_all()
         return self
 
     def __exit__(self, *exception):
-        self._processes.close()
+        with contextlib.suppress(error.ConnectionClosedError, OSError):
+            self._entered.close()
 
-    def _start(self, command, **options):
-        process = processes.start(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                                 **options)
-        self._processes.callback(processes.end, process)
+    def _start_server(self):
+        with self._starting:
+            for _ in range(5):
+                self._server, number = self._processes.start_and_ask(
+                    ["Xvfb", "-screen", "0", self._size, "-nolisten", "tcp", "-noreset",
+                     "-displayfd"])
+                if number:
+                    self.environment["DISPLAY"] = ":" + number
+                    return
+        raise OSError("Xvfb does not start")
 
-    def _start_and_ask(self, command):
-        """Starts a server that writes its address to the descriptor that it is given last."""
-        read_end, write_end = os.pipe()
-        try:
-            self._start([*command, str(write_end)], pass_fds=[write_end])
-        finally:
-            os.close(write_end)
-        with os.fdopen(read_end) as reply:
-            address = reply.readline().strip()
-        if not address:
-            raise OSError(f"{command[0]} does not start")
-        return address
+    def _start_manager(self):
+        self._manager = self.start(["openbox"])
+        # A window that appears while the manager starts may never be managed.
+        wait_until(lambda: self._root_property("_NET_SUPPORTING_WM_CHECK"), 30, "a window manager")
 
-    @staticmethod
-    def save_picture(file):
+    def _start_compositor(self):
+        """Without one, a translucent window does not show what lies behind it."""
+        self.start(["picom", "--config", "/dev/null", "--backend", "xrender"])
+        selection = self._display.intern_atom("_NET_WM_CM_S0")
+        wait_until(lambda: self._display.get_selection_owner(selection), 30, "a compositor")
+
+    def vanish(self):
+        """Ends the display, with every window on it."""
+        end(self._server)
+
+    def lose_manager(self):
+        self._manager.kill()
+        self._manager.wait()
+
+    def start(self, command, **options):
+        """Starts a program that ends with the desktop at the latest."""
+        return self._processes.start(command, **{"env": self.environment, **options})
+
+    def run(self, *command, seconds=30):
+        """Runs a command to its end and returns what it printed; raises when it fails."""
+        return subprocess.run(command, env=self.environment, check=True, encoding="utf-8",
+                              stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                              stderr=subprocess.DEVNULL, timeout=seconds).stdout
+
+    def save_picture(self, file):
         """Saves what the whole screen shows."""
-        subprocess.run(["import", "-window", "root", file], check=True)
+        self.run("import", "-window", "root", file)
 
-    @staticmethod
-    def press_keys(title, keys):
-        """Presses keys, for example "alt+F4", in the window of a title."""
-        window = subprocess.run(["xdotool", "search", "--sync", "--onlyvisible", "--name", title],
-                                check=True, stdout=subprocess.PIPE, encoding="ascii").stdout.split()[0]
-        subprocess.run(["xdotool", "windowfocus", "--sync", window, "key", keys], check=True)
+    # Windows
 
-    @staticmethod
-    def type_keys(*keys):
-        """Presses keys in whatever window has the keyboard."""
-        subprocess.run(["xdotool", "key", *keys], check=True)
+    def size(self):
+        screen = self._display.screen()
+        return screen.width_in_pixels, screen.height_in_pixels
 
-    @staticmethod
-    def type_text(text):
-        subprocess.run(["xdotool", "type", "--delay", "20", text], check=True)
+    def windows(self, title, size=None):
+        """The visible windows of a title, and of a (width, height) where one is given."""
+        return [window.id for window in self._descendants(self._root)
+                if self._title(window) == title and self._is_viewable(window)
+                and size in (None, self.place(window.id)[2:])]
 
+    def wait_for_window(self, title, size=None, seconds=15):
+        return wait_until(lambda: self.windows(title, size), seconds, f"window {title!r}")[0]
 
-class Listener:
-    """A server that accepts connections and never says a word."""
+    def place(self, window):
+        """Where a window is on the screen, without the window manager's frame."""
+        resource = self._resource(window)
+        try:
+            geometry = resource.get_geometry()
+            corner = self._root.translate_coords(resource, 0, 0)
+        except error.XError:
+            return Place(0, 0, 0, 0)  # it has gone
+        return Place(corner.x, corner.y, geometry.width, geometry.height)
 
-    def __init__(self):
-        self._socket = socket.create_server(("127.0.0.1", 0))
-        self.url = f"http://127.0.0.1:{self._socket.getsockname()[1]}"
-        self._accepted = []
-        self._thread = threading.Thread(target=self._accept, daemon=True)
+    def has_keyboard(self, window):
+        """Tells whether keys go to a window, and those of the window manager concern it."""
+        if self._extent >= self.MANAGED and not (
+                window in (self._root_property("_NET_CLIENT_LIST") or [])
+                and list(self._root_property("_NET_ACTIVE_WINDOW") or []) == [window]):
+            return False
+        with contextlib.suppress(error.XError):
+            focus = self._display.get_input_focus().focus
+            while hasattr(focus, "id") and focus != self._root:
+                if focus.id == window:
+                    return self._is_viewable(focus)
+                focus = focus.query_tree().parent
+        return False
 
-    def __enter__(self):
-        self._thread.start()
-        return self
+    def wait_for_keyboard(self, title, size=None, seconds=15):
+        """Waits until the window of a title has the keyboard; returns the window. Keys that are
+        pressed before the window manager has noticed are lost on their way. A window that does not
+        get the keyboard by itself is activated."""
+        deadline = time.monotonic() + seconds
+        patience_ends = time.monotonic() + 1
+        while True:
+            window = next(iter(self.windows(title, size)), None)
+            if window and self.has_keyboard(window):
+                return window
+            if time.monotonic() > deadline:
+                raise AssertionError(f"{title!r} has no keyboard within {seconds:g} s")
+            if window and time.monotonic() > patience_ends:
+                patience_ends = time.monotonic() + 1
+                command = "windowactivate" if self._extent >= self.MANAGED else "windowfocus"
+                self._xdotool(command, window, check=False)
+            time.sleep(0.02)
 
-    def __exit__(self, *exception):
-        self._socket.close()
-        for connection in self._accepted:
-            connection.close()
+    # Keyboard and mouse
 
-    def _accept(self):
-        with contextlib.suppress(OSError):
-            while True:
-                self._accepted.append(self._socket.accept()[0])
+    def press_keys(self, *keys, title=None, size=None):
+        """Presses keys, for example "alt+F4": in the window of a title as soon as it has the
+        keyboard, or in whatever window has it."""
+        if title is not None:
+            self.wait_for_keyboard(title, size)
+        self._xdotool("key", "--delay", 30, *keys)
 
-    def connections(self):
-        return len(self._accepted)
+    def type_text(self, text):
+        self._xdotool("type", "--delay", 20, text)
 
+    def click(self, x, y):
+        """Clicks at a place of the screen."""
+        self._xdotool("mousemove", "--sync", x, y, "click", 1)
 
-class Application:
-    """A running program, seen and driven as a screen reader's user does."""
+    def click_in(self, window, x, y):
+        """Clicks at a place of a window."""
+        place = self.place(window)
+        self.click(place.x + x, place.y + y)
 
-    def __init__(self, command, environment, log):
-        # Not before the desktop is there: importing it looks for the bus.
-        import pyatspi  # pylint: disable=import-outside-toplevel
-        self._pyatspi = pyatspi
-        # Starts the accessibility registry. A program that is started before it is not seen.
-        pyatspi.Registry.getDesktop(0).get_child_count()
-        self._log = open(log, "wb")
-        self.process = processes.start(command, env=environment, stdin=subprocess.DEVNULL,
-                                      stdout=self._log, stderr=subprocess.STDOUT)
+    def drag(self, window, x, y, right, down):
+        """Presses the button at a place of a window and moves the mouse before releasing it.
+        Returns by how much the window has moved."""
+        before = self.place(window)
+        self._xdotool("mousemove", "--sync", before.x + x, before.y + y, "mousedown", 1)
+        for _ in range(10):
+            time.sleep(0.05)
+            self._xdotool("mousemove_relative", "--", right // 10, down // 10)
+        time.sleep(0.2)
+        self._xdotool("mouseup", 1)
+        time.sleep(0.5)
+        after = self.place(window)
+        return after.x - before.x, after.y - before.y
 
-    def close(self):
-        if self.process.poll() is None:
-            self.process.kill()
-        self.process.wait()
-        self._log.close()
+    def _xdotool(self, *arguments, check=True):
+        subprocess.run(["xdotool", *map(str, arguments)], env=self.environment, check=check,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=30)
 
-    def _root(self):
-        desktop = self._pyatspi.Registry.getDesktop(0)
-        desktop.clear_cache()  # what was seen before may be gone, and the news of it late
-        for application in desktop:
-            if application and application.get_process_id() == self.process.pid:
-                application.clear_cache()
-                return application
+    # What the X server knows
+
+    def _resource(self, window):
+        return self._display.create_resource_object("window", window)
+
+    def _root_property(self, name):
+        found = self._root.get_full_property(self._display.intern_atom(name), X.AnyPropertyType)
+        return found.value if found else None
+
+    def _descendants(self, window):
+        with contextlib.suppress(error.XError):
+            for child in window.query_tree().children:
+                yield child
+                yield from self._descendants(child)
+
+    def _title(self, window):
+        with contextlib.suppress(error.XError):
+            for name in (self._display.intern_atom("_NET_WM_NAME"), Xatom.WM_NAME):
+                found = window.get_full_property(name, X.AnyPropertyType)
+                if found:
+                    value = found.value
+                    return value if isinstance(value, str) else value.decode("utf-8", "replace")
         return None
 
-    def find(self, role, name=None, window=None):
-        """The first showing object of a role (and name, in a window of that title), or None."""
-
-        def is_wanted(node):
-            return (node.getRoleName() == role and (name is None or node.name == name)
-                    and node.getState().contains(self._pyatspi.STATE_SHOWING))
-
-        try:
-            for top in self._root() or []:
-                if window is None or top.name == window:
-                    found = self._pyatspi.findDescendant(top, is_wanted)
-                    if found:
-                        return found
-            return None
-        except Exception:  # the tree changes while it is walked; the caller looks again
-            return None
-
-    def wait_for(self, role, name=None, seconds=15, window=None):
-        deadline = time.monotonic() + seconds
-        while time.monotonic() < deadline:
-            node = self.find(role, name, window)
-            if node:
-                return node
-            if self.process.poll() is not None:
-                raise AssertionError(f"the program ended before {role} {name!r} was shown")
-            time.sleep(0.1)
-        raise AssertionError(f"no {role} {name!r} within {seconds} s")
-
-    def press(self, role, name=None, window=None):
-        """Performs the object's own press or toggle action, once it is enabled."""
-        deadline = time.monotonic() + 15
-        while time.monotonic() < deadline:
-            node = self.wait_for(role, name, window=window)
-            actions = node.queryAction()
-            for i in range(actions.nActions):
-                if actions.getName(i) in ("Toggle", "Press"):
-                    actions.doAction(i)
-                    return node
-            time.sleep(0.1)
-        raise AssertionError(f"{role} {name!r} cannot be pressed")
-
-    def focused(self):
-        """Role and name of the object that has the keyboard, or None."""
-        def has_keyboard(node):
-            return (node.getState().contains(self._pyatspi.STATE_FOCUSED)
-                    and node.getState().contains(self._pyatspi.STATE_SHOWING))
-
-        try:
-            for top in self._root() or []:
-                found = self._pyatspi.findDescendant(top, has_keyboard)
-                if found:
-                    return found.getRoleName(), found.name
-            return None
-        except Exception:  # the tree changes while it is walked; the caller looks again
-            return None
-
-    def wait_for_focus(self, role, name, seconds=5):
-        deadline = time.monotonic() + seconds
-        while self.focused() != (role, name):
-            if time.monotonic() > deadline:
-                raise AssertionError(f"{role} {name!r} has not the keyboard but {self.focused()}")
-            time.sleep(0.05)
-
-    def tab_to(self, role, name):
-        """Presses Tab until an object has the keyboard; returns what had it on the way."""
-        way = []
-        while self.focused() != (role, name):
-            assert len(way) < 40, f"Tab does not lead to {role} {name!r} but to {way}"
-            before = self.focused()
-            Desktop.type_keys("Tab")
-            deadline = time.monotonic() + 3
-            while self.focused() in (before, None) and time.monotonic() < deadline:
-                time.sleep(0.05)
-            way.append(self.focused())
-        return way
-
-    def place(self, role, name):
-        """Where an object is on the screen."""
-        return self.wait_for(role, name).queryComponent().getExtents(0)
-
     @staticmethod
-    def type_into(node, text):
-        node.queryEditableText().setTextContents(text)
-
-    def wait_for_exit(self, seconds=15):
-        return self.process.wait(timeout=seconds)
-
-
-def browser_folder(folder, record):
-    """A folder for PATH whose xdg-open notes the links that it is given, and the display scale that
-    it inherits beside them."""
-    os.makedirs(folder, exist_ok=True)
-    script = os.path.join(folder, "xdg-open")
-    with open(script, "w", encoding="utf-8") as file:
-        file.write(f"#!/bin/sh\nprintf '%s\\n' \"$1\" >> '{record}'\n"
-                   f"printf '%s\\n' \"$QT_SCALE_FACTOR\" >> '{record}.scale'\n")
-    os.chmod(script, 0o755)
-    return folder
+    def _is_viewable(window):
+        with contextlib.suppress(error.XError):
+            return window.get_attributes().map_state == X.IsViewable
+        return False

@@ -19,3 +19,15 @@ def lines(record):
             return file.read().splitlines()
     except FileNotFoundError:
         return []
+
+
+def browser_folder(folder, record):
+    """A folder for PATH whose xdg-open notes the links that it is given, and the display scale that
+    it inherits beside them."""
+    os.makedirs(folder, exist_ok=True)
+    script = os.path.join(folder, "xdg-open")
+    with open(script, "w", encoding="utf-8") as file:
+        file.write(f"#!/bin/sh\nprintf '%s\\n' \"$1\" >> '{record}'\n"
+                   f"printf '%s\\n' \"$QT_SCALE_FACTOR\" >> '{record}.scale'\n")
+    os.chmod(script, 0o755)
+    return folder

@@ -2,7 +2,7 @@
 
 import os
 
-from tests.kit import processes
+from tests.kit.processes import Processes
 
 
 class Proxy:
@@ -11,18 +11,18 @@ class Proxy:
     def __init__(self, folder, name):
         self.port = None
         self.log = os.path.join(folder, name + ".log")
-        self._process = None
+        self._processes = Processes()
 
     def command_at(self, port):
         raise NotImplementedError
 
     def __enter__(self):
         with open(self.log, "wb") as log:
-            self._process, self.port = processes.start_server(self.command_at, stdout=log, stderr=log)
+            _, self.port = self._processes.start_server(self.command_at, stdout=log, stderr=log)
         return self
 
     def __exit__(self, *exception):
-        processes.end(self._process)
+        self._processes.__exit__(*exception)
 
     def lines(self):
         with open(self.log, encoding="utf-8", errors="replace") as log:

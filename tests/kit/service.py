@@ -16,9 +16,9 @@ import signal
 import subprocess
 import sys
 
-from tests.kit import processes
+from tests.kit.folders import ROOT
+from tests.kit.processes import Processes
 
-ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 IMAGES = os.path.join(ROOT, "sandbox", "service", "images")
 
 BUILT_IN = os.path.join(ROOT, "Resources", "cfg")
@@ -120,7 +120,7 @@ class Service:
         self._certificate_for = certificate_for
         self._redirect = f"\n    return 302 {redirect_to}$request_uri;" if redirect_to else ""
         self._tls = ""
-        self._nginx = None
+        self._processes = Processes()
         self.url = None
         self.root = os.path.join(self._folder, "root")  # what is published
         self.authority_folder = os.path.join(self._folder, "authority")
@@ -129,11 +129,11 @@ class Service:
         os.makedirs(os.path.join(self._folder, "tmp"), exist_ok=True)
         if self._certificate_for:
             self._tls = self._make_certificate()
-        self._nginx, _ = processes.start_server(self._command_at, self._port)
+        self._processes.start_server(self._command_at, self._port)
         return self
 
     def __exit__(self, *exception):
-        processes.end(self._nginx)
+        self._processes.__exit__(*exception)
 
     def _command_at(self, port):
         scheme = "https" if self._certificate_for else "http"

@@ -19,15 +19,16 @@ class Sighting:
 
 
 class WindowWatch:
-    """Watches from entry to exit, on a connection of its own."""
+    """Watches a desktop from entry to exit, on a connection of its own."""
 
-    def __init__(self):
+    def __init__(self, desktop):
+        self._name = desktop.environment["DISPLAY"]
         self._sightings = {}
         self._ending = threading.Event()
         self._thread = threading.Thread(target=self._watch, daemon=True)
 
     def __enter__(self):
-        self._display = display.Display()
+        self._display = display.Display(self._name)
         self._root = self._display.screen().root
         self._list = self._display.intern_atom("_NET_CLIENT_LIST")
         self._title = self._display.intern_atom("_NET_WM_NAME")
@@ -44,11 +45,6 @@ class WindowWatch:
     def first(self, title):
         """The first window of that title, or None."""
         return next((seen for seen in self._sightings.values() if seen.title == title), None)
-
-    def screen(self):
-        """Width and height of the screen."""
-        place = self._display.screen()
-        return place.width_in_pixels, place.height_in_pixels
 
     def _watch(self):
         while not self._ending.wait(0.005):

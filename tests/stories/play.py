@@ -17,8 +17,12 @@ import sys
 import time
 
 from tests.kit import installation
-from tests.kit.desktop import Application, Desktop, Listener, browser_folder
-from tests.kit.ownfolder import make_afresh
+from tests.kit.accessibility import AccessibilityDriver
+from tests.kit.desktop import Desktop
+from tests.kit.driver import Role
+from tests.kit.folders import make_afresh
+from tests.kit.installation import browser_folder
+from tests.kit.listener import Listener
 from tests.kit.proxies import HttpProxy, SocksProxy
 from tests.kit.service import Service
 from tests.kit.windowwatch import WindowWatch
@@ -40,13 +44,13 @@ class Story:
         self.service = None
         self._started = None
         self.pace = 0.0
+        self.desktop = None
         make_afresh(self.out)
 
     def prepare(self):
-        self.environment = {**os.environ, **installation.make(self.binaries, self.root)}
+        self.environment = {**self.desktop.environment, **installation.make(self.binaries, self.root)}
         browser = browser_folder(os.path.join(self.root, "bin"), self.path("Received/links.txt"))
         self.environment["PATH"] = browser + os.pathsep + self.environment["PATH"]
-        self.environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
         self.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = self.service.url
         self.environment["QT_SCALE_FACTOR"] = "3"  # the program's own business
         # The X11 plugin warns of windows that the window manager removed a moment before it did;
@@ -73,7 +77,7 @@ class Story:
     def picture(self, name):
         file = os.path.join(self.out, f"{len(self.pictures) + 1:02}-{name}.png")
         time.sleep(0.3)  # let the compositor show the last change
-        Desktop.save_picture(file)
+        self.desktop.save_picture(file)
         self.pictures.append(file)
 
     def lines(self, relative):
@@ -102,8 +106,9 @@ class Story:
 
     def start(self, wrap=()):
         self._started = time.monotonic()
-        return Application([*wrap, os.path.join(self.binaries, "clipwright-uninstaller-sandbox")],
-                           self.environment, os.path.join(self.out, "program.log"))
+        return AccessibilityDriver(
+            self.desktop, [*wrap, os.path.join(self.binaries, "clipwright-uninstaller-sandbox")],
+            self.environment, os.path.join(self.out, "program.log"))
 
     def has_shown_itself(self):
         """To be called when the program's first window is there: tells how quick the machine is."""
@@ -142,7 +147,7 @@ class Story:
         self.expect(not said, "the program printed no warning" + (f": {said}" if said else ""))
 
 
-TAB = "radio button"  # one of several buttons of which one is checked
+TAB = Role.RADIO_BUTTON  # one of several buttons of which one is checked
 
 POP_UP = ("DoUninstall", "UninstallPopUp", {"source": "uninstall_action"})
 
@@ -162,38 +167,38 @@ def play_uninstall(story):
     """A whole uninstall: reasons looked at, an offer opened, removed, subscribed, products seen."""
     program = story.start()
     try:
-        program.wait_for("push button", "Cancel")
+        program.wait_for(Role.BUTTON, "Cancel")
         story.picture("feedback")
-        program.press("radio button", "A feature I need is missing")
-        program.type_into(program.wait_for("text"), "Keyframes for every effect, please.")
+        program.press(Role.RADIO_BUTTON, "A feature I need is missing")
+        program.type_into(Role.TEXT_FIELD, None, "Keyframes for every effect, please.")
         story.picture("reason-with-text-box")
-        program.press("radio button", "The full version costs too much for me")
-        program.press("push button", "  Get 30% off  ")
+        program.press(Role.RADIO_BUTTON, "The full version costs too much for me")
+        program.press(Role.BUTTON, "  Get 30% off  ")
         story.picture("reason-with-offer")
-        program.press("radio button", "A feature I need is missing")
-        program.press("push button", "Continue")
-        program.wait_for("label", "Are you sure you want to remove Norvane Clipwright?")
+        program.press(Role.RADIO_BUTTON, "A feature I need is missing")
+        program.press(Role.BUTTON, "Continue")
+        program.wait_for(Role.LABEL, "Are you sure you want to remove Norvane Clipwright?")
         story.picture("confirmation")
-        program.press("push button", "Remove")
-        program.wait_for("label", "Thanks for your feedback! Uninstalling...")
+        program.press(Role.BUTTON, "Remove")
+        program.wait_for(Role.LABEL, "Thanks for your feedback! Uninstalling...")
         time.sleep(13)
         story.picture("progress-near-half")
-        program.wait_for("label", "Successfully uninstalled", seconds=40)
+        program.wait_for(Role.LABEL, "Successfully uninstalled", seconds=40)
         story.picture("success")
-        program.type_into(program.wait_for("text"), "robin@mail")
-        program.press("push button", "Done")
-        program.wait_for("label", "Please enter a valid email address.")
+        program.type_into(Role.TEXT_FIELD, None, "robin@mail")
+        program.press(Role.BUTTON, "Done")
+        program.wait_for(Role.LABEL, "Please enter a valid email address.")
         story.picture("success-wrong-address")
-        program.type_into(program.wait_for("text"), "robin@mail.test")
-        program.press("push button", "Done")
+        program.type_into(Role.TEXT_FIELD, None, "robin@mail.test")
+        program.press(Role.BUTTON, "Done")
         program.wait_for(TAB, "Creativity")
         story.picture("products")
         program.press(TAB, "Utility")
         story.picture("products-of-a-category")
-        program.press("push button", "Close")
+        program.press(Role.BUTTON, "Close")
         code = program.wait_for_exit()
     finally:
-        program.close()
+        program.__exit__()
 
     story.expect_equal(code, 0, "the program ended with exit code 0")
     story.expect_equal(story.lines("Received/uninstaller.txt"), ["/VERYSILENT", "/REINSTALL"],
@@ -231,38 +236,38 @@ def play_keyboard(story):
     """A whole uninstall without a mouse: Tab, arrows, Space and Enter only."""
     program = story.start()
     try:
-        program.wait_for("push button", "Cancel")
-        program.wait_for_focus("filler", "What made you decide to uninstall?")
+        program.wait_for(Role.BUTTON, "Cancel")
+        program.wait_for_focus(Role.PAGE, "What made you decide to uninstall?")
         first, second = "The full version costs too much for me", "A feature I need is missing"
-        way = program.tab_to("radio button", first)
+        way = program.tab_to(Role.RADIO_BUTTON, first)
         story.expect_equal(len(way), 1, "Tab leads to the first reason at once")
-        Desktop.type_keys("space")
-        program.wait_for("push button", "  Get 30% off  ")
-        Desktop.type_keys("Down")
+        story.desktop.press_keys("space")
+        program.wait_for(Role.BUTTON, "  Get 30% off  ")
+        story.desktop.press_keys("Down")
         # The arrows browse the reasons; the text box waits for Tab.
-        program.wait_for_focus("radio button", second)
-        Desktop.type_keys("Tab")
-        program.wait_for_focus("text", "Describe the problem")
-        Desktop.type_text("No keyframes")
+        program.wait_for_focus(Role.RADIO_BUTTON, second)
+        story.desktop.press_keys("Tab")
+        program.wait_for_focus(Role.TEXT_FIELD, "Describe the problem")
+        story.desktop.type_text("No keyframes")
         story.picture("reason-by-keys")
-        way = program.tab_to("push button", "Continue")
-        story.expect_equal(way[-1], ("push button", "Continue"), "Tab leads out of the text box")
-        Desktop.type_keys("Return")
+        way = program.tab_to(Role.BUTTON, "Continue")
+        story.expect_equal(way[-1], (Role.BUTTON, "Continue"), "Tab leads out of the text box")
+        story.desktop.press_keys("Return")
 
-        program.wait_for_focus("push button", "Cancel")
-        way = program.tab_to("check box", "Remove all the effect resource files")
+        program.wait_for_focus(Role.BUTTON, "Cancel")
+        way = program.tab_to(Role.CHECK_BOX, "Remove all the effect resource files")
         story.expect_equal([name for _, name in way],
                            ["Remove", "Remove all the effect resource files"],
                            "the safe answer has the keyboard first, then come the others")
-        Desktop.type_keys("space", "space")  # ticked and unticked
+        story.desktop.press_keys("space", "space")  # ticked and unticked
         story.picture("confirmation-by-keys")
-        program.tab_to("push button", "Remove")
-        Desktop.type_keys("Return")
+        program.tab_to(Role.BUTTON, "Remove")
+        story.desktop.press_keys("Return")
 
-        program.wait_for("label", "Thanks for your feedback! Uninstalling...")
+        program.wait_for(Role.LABEL, "Thanks for your feedback! Uninstalling...")
         heard = set()
         deadline = time.monotonic() + 45
-        while not program.find("label", "Successfully uninstalled"):
+        while not program.find(Role.LABEL, "Successfully uninstalled"):
             assert time.monotonic() < deadline, "no success in 45 s"
             _, name = program.focused() or (None, "")
             heard.add(name)
@@ -272,21 +277,21 @@ def play_keyboard(story):
                          f"Time remaining: About {seconds} seconds" in heard,
                          f"{seconds} seconds left were read aloud")
 
-        program.wait_for_focus("text", "Email address")
-        Desktop.type_text("robin@mail.test")
+        program.wait_for_focus(Role.TEXT_FIELD, "Email address")
+        story.desktop.type_text("robin@mail.test")
         story.picture("address-by-keys")
-        Desktop.type_keys("Return")
-        program.wait_for_focus("filler", "More Apps You Might Like")
+        story.desktop.press_keys("Return")
+        program.wait_for_focus(Role.PAGE, "More Apps You Might Like")
         program.tab_to(TAB, "All")
-        Desktop.type_keys("Down", "Down", "Down")
+        story.desktop.press_keys("Down", "Down", "Down")
         program.wait_for_focus(TAB, "Utility")
-        program.wait_for("label", "Utility")
-        program.tab_to("push button", "Close")
+        program.wait_for(Role.LABEL, "Utility")
+        program.tab_to(Role.BUTTON, "Close")
         story.picture("products-by-keys")
-        Desktop.type_keys("Return")
+        story.desktop.press_keys("Return")
         code = program.wait_for_exit()
     finally:
-        program.close()
+        program.__exit__()
 
     story.expect_equal(code, 0, "the program ended with exit code 0")
     story.expect_equal(story.lines("Received/uninstaller.txt"), ["/VERYSILENT", "/REINSTALL"],
@@ -301,16 +306,16 @@ def play_resources(story):
     """The same with the effect resources removed, which is the user's choice."""
     program = story.start()
     try:
-        program.press("radio button", "I only needed it for one project")
-        program.press("push button", "Continue")
-        program.press("check box", "Remove all the effect resource files")
+        program.press(Role.RADIO_BUTTON, "I only needed it for one project")
+        program.press(Role.BUTTON, "Continue")
+        program.press(Role.CHECK_BOX, "Remove all the effect resource files")
         story.picture("confirmation-with-resources")
-        program.press("push button", "Remove")
-        program.wait_for("label", "Successfully uninstalled", seconds=40)
-        program.press("push button", "Close")
+        program.press(Role.BUTTON, "Remove")
+        program.wait_for(Role.LABEL, "Successfully uninstalled", seconds=40)
+        program.press(Role.BUTTON, "Close")
         code = program.wait_for_exit()
     finally:
-        program.close()
+        program.__exit__()
 
     story.expect_equal(code, 0, "the program ended with exit code 0")
     story.expect_equal(story.lines("Received/uninstaller.txt"),
@@ -330,13 +335,13 @@ def play_cancel(story):
     """Second thoughts: Cancel in the confirmation removes nothing and ends the program."""
     program = story.start()
     try:
-        program.press("radio button", "Other")
-        program.press("push button", "Continue")
-        program.wait_for("label", "Are you sure you want to remove Norvane Clipwright?")
-        program.press("push button", "Cancel", window="Confirm uninstallation")
+        program.press(Role.RADIO_BUTTON, "Other")
+        program.press(Role.BUTTON, "Continue")
+        program.wait_for(Role.LABEL, "Are you sure you want to remove Norvane Clipwright?")
+        program.press(Role.BUTTON, "Cancel", window="Confirm uninstallation")
         code = program.wait_for_exit()
     finally:
-        program.close()
+        program.__exit__()
 
     story.expect_equal(code, 0, "the program ended with exit code 0")
     story.expect_equal(story.lines("Received/uninstaller.txt"), [], "nothing was started")
@@ -350,18 +355,18 @@ def play_upgrade(story):
     """The offer taken: checked, downloaded, installed, and the new version launched."""
     program = story.start()
     try:
-        program.press("radio button", "My version is out of date")
+        program.press(Role.RADIO_BUTTON, "My version is out of date")
         story.picture("reason-with-upgrade")
-        program.press("push button", "  Get latest version  ")
-        program.wait_for("label", "Upgrading, please wait...")
+        program.press(Role.BUTTON, "  Get latest version  ")
+        program.wait_for(Role.LABEL, "Upgrading, please wait...")
         time.sleep(1)
         story.picture("upgrading")
-        program.wait_for("label", "Upgrade completed", seconds=40)
+        program.wait_for(Role.LABEL, "Upgrade completed", seconds=40)
         story.picture("completed")
-        program.press("push button", "Launch")
+        program.press(Role.BUTTON, "Launch")
         code = program.wait_for_exit()
     finally:
-        program.close()
+        program.__exit__()
 
     story.expect_equal(code, 0, "the program ended with exit code 0")
     install_dir = story.install_dir
@@ -391,18 +396,18 @@ def play_stuck_library(story):
         orders.write("never_return=check\n")
     program = story.start()
     try:
-        program.wait_for("radio button", "My version is out of date")
+        program.wait_for(Role.RADIO_BUTTON, "My version is out of date")
         story.has_shown_itself()
-        program.press("radio button", "My version is out of date")
-        program.press("push button", "  Get latest version  ")
+        program.press(Role.RADIO_BUTTON, "My version is out of date")
+        program.press(Role.BUTTON, "  Get latest version  ")
         story.expect(story.wait_for_file(story.path("Feed/calls.jsonl")), "the library was asked")
         story.picture("waiting-for-the-answer")
-        Desktop.press_keys("Norvane Clipwright Uninstaller", "alt+F4")
+        story.desktop.press_keys("alt+F4", title="Norvane Clipwright Uninstaller")
         closed = time.monotonic()
         code = program.wait_for_exit()
         took = time.monotonic() - closed
     finally:
-        program.close()
+        program.__exit__()
 
     story.expect_equal(code, 0, "the program ended with exit code 0")
     story.expect(took < story.soon(), f"soon after its window was closed ({took:.1f} s)")
@@ -422,15 +427,15 @@ def play_closed_splash(story):
         story.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = silent.url
         program = story.start()
         try:
-            program.wait_for("push button", "Close")
+            program.wait_for(Role.BUTTON, "Close")
             story.has_shown_itself()
             story.picture("splash")
-            program.press("push button", "Close")
+            program.press(Role.BUTTON, "Close")
             closed = time.monotonic()
             code = program.wait_for_exit()
             took = time.monotonic() - closed
         finally:
-            program.close()
+            program.__exit__()
     story.expect_equal(code, 0, "the program ended with exit code 0")
     story.expect(0.4 < took < story.soon(), f"about half a second after the splash was closed ({took:.1f} s)")
     story.expect_equal(story.events(), [], "the main window never came")
@@ -446,11 +451,11 @@ def play_closed_splash_by_keys(story):
         story.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = silent.url
         program = story.start()
         try:
-            program.wait_for("push button", "Close")
-            Desktop.press_keys("SplashWindow", "alt+F4")
+            program.wait_for(Role.BUTTON, "Close")
+            story.desktop.press_keys("alt+F4", title="SplashWindow")
             code = program.wait_for_exit()
         finally:
-            program.close()
+            program.__exit__()
     story.expect_equal(code, 0, "the program ended with exit code 0")
     story.expect_equal(story.events(), [], "the main window never came")
 
@@ -474,15 +479,15 @@ def play_closed_splash_among_pictures(story):
                 file.write(earlier[name])
         program = story.start()
         try:
-            program.wait_for("push button", "Close")
+            program.wait_for(Role.BUTTON, "Close")
             deadline = time.monotonic() + 5
             while silent.connections() < 5 and time.monotonic() < deadline:
                 time.sleep(0.05)
             asked = silent.connections()
-            program.press("push button", "Close")
+            program.press(Role.BUTTON, "Close")
             code = program.wait_for_exit()
         finally:
-            program.close()
+            program.__exit__()
     story.expect_equal(code, 0, "the program ended with exit code 0")
     story.expect_equal(asked, 5, "it was waiting for five pictures")
     story.expect_equal(story.events(), [], "the main window never came")
@@ -498,25 +503,25 @@ def play_closed_splash_among_pictures(story):
 def play_silent_server(story):
     """A server that accepts and never answers: the window comes after ten seconds, and the open
     connection does not delay the end."""
-    with Listener() as silent, WindowWatch() as windows:
+    with Listener() as silent, WindowWatch(story.desktop) as windows:
         story.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = silent.url
         started = time.monotonic()
         program = story.start()
         try:
-            program.wait_for("push button", "Close")
+            program.wait_for(Role.BUTTON, "Close")
             story.has_shown_itself()
-            program.wait_for("radio button", "Other", seconds=10 + BUSY)
+            program.wait_for(Role.RADIO_BUTTON, "Other", seconds=10 + BUSY)
             took = time.monotonic() - started
             time.sleep(0.5)
-            program.press("push button", "Cancel")
+            program.press(Role.BUTTON, "Cancel")
             pressed = time.monotonic()
             code = program.wait_for_exit()
             ending = time.monotonic() - pressed
         finally:
-            program.close()
+            program.__exit__()
         turning = windows.first("SplashWindow")
         main = windows.first("Norvane Clipwright Uninstaller")
-        screen = windows.screen()
+        screen = story.desktop.size()
     story.expect_equal(code, 0, "the program ended with exit code 0")
     loading = main.came - turning.came
     story.expect(9.8 <= loading < 10 + BUSY,
@@ -556,20 +561,20 @@ def in_language(story, installer_code, cancel, proceed, document, offer):
         file.write(text.replace("DefInstallLang=ENG", f"DefInstallLang={installer_code}"))
     program = story.start()
     try:
-        program.wait_for("push button", cancel)
+        program.wait_for(Role.BUTTON, cancel)
         story.picture("feedback")
-        program.press("radio button")
-        places = {"cancel": program.place("push button", cancel),
-                  "continue": program.place("push button", proceed),
-                  "offer": program.place("push button", offer)}
+        program.press(Role.RADIO_BUTTON)
+        places = {"cancel": program.place(program.wait_for(Role.BUTTON, cancel)),
+                  "continue": program.place(program.wait_for(Role.BUTTON, proceed)),
+                  "offer": program.place(program.wait_for(Role.BUTTON, offer))}
         story.picture("reason")
-        program.press("push button", proceed)
-        program.wait_for("check box")
+        program.press(Role.BUTTON, proceed)
+        program.wait_for(Role.CHECK_BOX)
         story.picture("confirmation")
         program.process.terminate()
         program.process.wait(timeout=10)
     finally:
-        program.close()
+        program.__exit__()
     cache = story.path("Temp/Norvane Clipwright Uninstaller/Configs")
     story.expect(document in os.listdir(cache), f"{document} was fetched")
     return places
@@ -587,12 +592,12 @@ def look_and_leave(story, wrap=()):
     started = time.monotonic()
     program = story.start(wrap)
     try:
-        program.wait_for("radio button", "Other", seconds=10 + BUSY)
+        program.wait_for(Role.RADIO_BUTTON, "Other", seconds=10 + BUSY)
         took = time.monotonic() - started
-        program.press("push button", "Cancel")
+        program.press(Role.BUTTON, "Cancel")
         story.expect_equal(program.wait_for_exit(), 0, "the program ended with exit code 0")
     finally:
-        program.close()
+        program.__exit__()
     return took
 
 
@@ -687,19 +692,19 @@ def play_failures(story):
     os.remove(os.path.join(story.install_dir, "unins000.dat"))
     program = story.start()
     try:
-        program.press("radio button", "My version is out of date")
-        program.press("push button", "  Get latest version  ")
-        program.wait_for("label", "Failed to check update!")
+        program.press(Role.RADIO_BUTTON, "My version is out of date")
+        program.press(Role.BUTTON, "  Get latest version  ")
+        program.wait_for(Role.LABEL, "Failed to check update!")
         story.picture("message")
-        program.press("push button", "OK")
-        program.press("push button", "Continue")
-        program.press("push button", "Remove")
-        program.wait_for("label", "Uninstall Failed")
+        program.press(Role.BUTTON, "OK")
+        program.press(Role.BUTTON, "Continue")
+        program.press(Role.BUTTON, "Remove")
+        program.wait_for(Role.LABEL, "Uninstall Failed")
         story.picture("failed")
-        program.press("push button", "Close")
+        program.press(Role.BUTTON, "Close")
         code = program.wait_for_exit()
     finally:
-        program.close()
+        program.__exit__()
     story.expect_equal(code, 0, "the program ended with exit code 0")
     story.expect_equal(story.lines("Received/uninstaller.txt"), [], "nothing was started")
 
@@ -718,7 +723,7 @@ def main():
     story = Story(os.path.abspath(arguments.bin), os.path.abspath(arguments.out))
     play = STORIES[arguments.story]
     print(f"== {arguments.story}: {play.__doc__}")
-    with Desktop(), Service(os.path.join(story.out, "service")) as story.service:
+    with Desktop() as story.desktop, Service(os.path.join(story.out, "service")) as story.service:
         story.prepare()
         try:
             play(story)

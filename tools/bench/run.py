@@ -25,8 +25,8 @@ import time
 from tools.bench.table import Row, as_markdown, as_text, exponent, replaced_block  # noqa: E402
 from tools.bench import processes
 from tests.kit import installation
-from tests.kit.desktop import Listener
-from tests.kit.ownfolder import ROOT
+from tests.kit.listener import Listener
+from tests.kit.folders import ROOT
 from tests.kit.service import Service, sample_pictures
 
 OUT = os.path.join(ROOT, "build", "bench")

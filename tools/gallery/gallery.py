@@ -13,7 +13,7 @@ import os
 import subprocess
 import sys
 
-from tests.kit.ownfolder import make_afresh
+from tests.kit.folders import make_afresh
 
 # The installer's codes, one for each catalogue.
 LANGUAGES = {

@@ -12,7 +12,8 @@ import subprocess
 import sys
 import time
 
-from tests.kit.desktop import Desktop, browser_folder
+from tests.kit.desktop import Desktop
+from tests.kit.installation import browser_folder
 from tests.stories.play import BUSY, POP_UP, Story, feedback, reconfirm
 from tests.stories.windows.wine import Prefix, Window
 
@@ -290,17 +291,19 @@ def main():
     story = WindowsStory(os.path.abspath(arguments.bin), os.path.abspath(arguments.out))
     play = STORIES[arguments.story]
     print(f"== {arguments.story}: {play.__doc__}")
-    with Desktop(1600, 1100), story.prefix:
-        story.prepare()
-        try:
-            play(story)
-        except BaseException:
-            story.picture("when-it-failed")
-            raise
-        finally:
-            story.summary()
-            if story.program and story.program.poll() is None:
-                story.program.kill()
+    with Desktop(width=1600, height=1100) as story.desktop:
+        os.environ.update(story.desktop.environment)
+        with story.prefix:
+            story.prepare()
+            try:
+                play(story)
+            except BaseException:
+                story.picture("when-it-failed")
+                raise
+            finally:
+                story.summary()
+                if story.program and story.program.poll() is None:
+                    story.program.kill()
     print(f"== {arguments.story}: " + ("FAILED" if story.failures else "as it should be"))
     return 1 if story.failures else 0
 
