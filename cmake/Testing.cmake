@@ -8,7 +8,7 @@
 if(CMAKE_HOST_WIN32)
   find_package(Python3 REQUIRED COMPONENTS Interpreter)
 else()
-  set(Python3_EXECUTABLE /usr/bin/python3) # the distribution's: pyatspi is packaged for no other
+  set(Python3_EXECUTABLE /usr/bin/python3) # the distribution's: its bindings are packaged for no other
 endif()
 
 set(CLIPWRIGHT_TEST_ENVIRONMENT
