@@ -9,11 +9,11 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>هل تريد بالتأكيد إزالة Norvane Clipwright؟</translation>
+        <translation>تأكيد إزالة Norvane Clipwright؟</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
-        <translation>إزالة جميع ملفات موارد التأثيرات</translation>
+        <translation>إزالة جميع ملفات موارد التأثيرات أيضًا</translation>
     </message>
     <message>
         <source>Remove</source>
@@ -21,7 +21,7 @@
     </message>
     <message>
         <source>Cancel</source>
-        <translation>إلغاء</translation>
+        <translation>إلغاء الأمر</translation>
     </message>
 </context>
 <context>
@@ -128,7 +128,7 @@ Thank you!</source>
     </message>
     <message>
         <source>Cancel</source>
-        <translation>إلغاء</translation>
+        <translation>إلغاء الأمر</translation>
     </message>
     <message>
         <source>Please describe the problem you encountered.</source>
@@ -212,11 +212,12 @@ Thank you!</source>
     </message>
     <message>
         <source>Thanks for your feedback! Uninstalling...</source>
-        <translation>شكرًا على ملاحظاتك! جارٍ إلغاء التثبيت…</translation>
+        <translation>شكرًا على ملاحظاتك!
+جارٍ إلغاء التثبيت…</translation>
     </message>
     <message>
         <source>Time remaining: About 15 seconds</source>
-        <translation>الوقت المتبقي بالثواني: 15 تقريبًا</translation>
+        <translation>الوقت المتبقي: نحو 15 ث</translation>
     </message>
     <message>
         <source>Uninstall progress</source>
@@ -256,7 +257,7 @@ Thank you!</source>
     </message>
     <message>
         <source>Time remaining: About %1 seconds</source>
-        <translation>الوقت المتبقي بالثواني: %1 تقريبًا</translation>
+        <translation>الوقت المتبقي: نحو %1 ث</translation>
     </message>
     <message>
         <source>Successfully uninstalled</source>
@@ -264,7 +265,7 @@ Thank you!</source>
     </message>
     <message>
         <source>Subscribe to get the latest updates</source>
-        <translation>اشترك لتصلك آخر الأخبار</translation>
+        <translation>الاشتراك لتلقي آخر الأخبار</translation>
     </message>
 </context>
 <context>
@@ -291,7 +292,7 @@ Thank you!</source>
     </message>
     <message>
         <source>Cancel</source>
-        <translation>إلغاء</translation>
+        <translation>إلغاء الأمر</translation>
     </message>
     <message>
         <source>Upgrade completed</source>

@@ -265,7 +265,7 @@ Deinstallation läuft …</translation>
     </message>
     <message>
         <source>Subscribe to get the latest updates</source>
-        <translation>Abonnieren Sie unsere Neuigkeiten</translation>
+        <translation>Abonnieren Sie unseren Newsletter</translation>
     </message>
 </context>
 <context>

@@ -96,7 +96,7 @@ Thank you!</translation>
     </message>
     <message>
         <source>It crashed or frozen on my computer.</source>
-        <translation>It crashed or frozen on my computer.</translation>
+        <translation>It crashed or froze on my computer.</translation>
     </message>
     <message>
         <source>The price is not appropriate.</source>

@@ -9,15 +9,15 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>¿Seguro que desea quitar Norvane Clipwright?</translation>
+        <translation>¿Seguro que desea eliminar Norvane Clipwright?</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
-        <translation>Quitar todos los archivos de efectos</translation>
+        <translation>Eliminar también todos los archivos de efectos</translation>
     </message>
     <message>
         <source>Remove</source>
-        <translation>Quitar</translation>
+        <translation>Eliminar</translation>
     </message>
     <message>
         <source>Cancel</source>
@@ -96,7 +96,7 @@ Esperamos volver a encontrarnos.
     </message>
     <message>
         <source>It crashed or frozen on my computer.</source>
-        <translation>Se cierra o se bloquea en mi equipo.</translation>
+        <translation>Se cierra solo o se bloquea en mi equipo.</translation>
     </message>
     <message>
         <source>The price is not appropriate.</source>

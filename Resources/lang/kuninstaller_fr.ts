@@ -81,7 +81,7 @@ Thank you!</source>
 
 Je m’appelle Arlen et je suis ingénieur chez Norvane Technology. Nous tenons à créer des logiciels faciles à utiliser et nous mettons tout en œuvre pour qu’ils vous conviennent au mieux.
 
-Merci de nous donner votre avis.
+Merci pour votre avis.
 Au plaisir de vous retrouver.
 
 Merci encore !</translation>
@@ -212,7 +212,7 @@ Merci encore !</translation>
     </message>
     <message>
         <source>Thanks for your feedback! Uninstalling...</source>
-        <translation>Merci de votre avis !
+        <translation>Merci pour votre avis !
 Désinstallation en cours…</translation>
     </message>
     <message>

@@ -5,7 +5,7 @@
     <name>ConfirmWindow</name>
     <message>
         <source>ConfirmWindow</source>
-        <translation>Konfirmasi hapus instalan</translation>
+        <translation>Konfirmasi penghapusan instalan</translation>
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
@@ -79,7 +79,7 @@ Hope to meet you again.
 Thank you!</source>
         <translation>Halo,
 
-Saya Arlen, insinyur di Norvane Technology. Kami berkomitmen membuat perangkat lunak yang mudah digunakan dan akan terus berupaya agar semakin sesuai dengan kebutuhan Anda.
+Saya Arlen, pengembang di Norvane Technology. Kami berkomitmen membuat perangkat lunak yang mudah digunakan dan akan terus berupaya agar produk kami semakin sesuai dengan kebutuhan Anda.
 
 Terima kasih atas masukan Anda.
 Semoga kita bertemu lagi.
@@ -92,7 +92,7 @@ Terima kasih!</translation>
     </message>
     <message>
         <source>Can you tell me why you want to uninstall?</source>
-        <translation>Boleh tahu alasan Anda menghapus aplikasi?</translation>
+        <translation>Boleh tahu alasan Anda menghapus aplikasi ini?</translation>
     </message>
     <message>
         <source>It crashed or frozen on my computer.</source>
@@ -212,16 +212,16 @@ Terima kasih!</translation>
     </message>
     <message>
         <source>Thanks for your feedback! Uninstalling...</source>
-        <translation>Terima kasih atas masukannya!
-Sedang dihapus…</translation>
+        <translation>Terima kasih atas masukan Anda!
+Menghapus instalan…</translation>
     </message>
     <message>
         <source>Time remaining: About 15 seconds</source>
-        <translation>Sisa waktu: sekitar 15 detik</translation>
+        <translation>Sisa waktu: sekitar 15 detik</translation>
     </message>
     <message>
         <source>Uninstall progress</source>
-        <translation>Progres hapus instalan</translation>
+        <translation>Progres penghapusan instalan</translation>
     </message>
     <message>
         <source>Email address</source>
@@ -257,7 +257,7 @@ Sedang dihapus…</translation>
     </message>
     <message>
         <source>Time remaining: About %1 seconds</source>
-        <translation>Sisa waktu: sekitar %1 detik</translation>
+        <translation>Sisa waktu: sekitar %1 detik</translation>
     </message>
     <message>
         <source>Successfully uninstalled</source>

@@ -13,7 +13,7 @@
     </message>
     <message>
         <source>Remove all the effect resource files</source>
-        <translation>Rimuovi tutti i file degli effetti</translation>
+        <translation>Rimuovi anche tutti i file degli effetti</translation>
     </message>
     <message>
         <source>Remove</source>
@@ -96,7 +96,7 @@ Grazie di cuore!</translation>
     </message>
     <message>
         <source>It crashed or frozen on my computer.</source>
-        <translation>Si chiude o si blocca sul mio computer.</translation>
+        <translation>Si chiude da solo o si blocca.</translation>
     </message>
     <message>
         <source>The price is not appropriate.</source>
@@ -212,7 +212,7 @@ Grazie di cuore!</translation>
     </message>
     <message>
         <source>Thanks for your feedback! Uninstalling...</source>
-        <translation>Grazie del feedback!
+        <translation>Grazie per il tuo feedback!
 Disinstallazione in corso…</translation>
     </message>
     <message>

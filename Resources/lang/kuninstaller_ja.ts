@@ -9,7 +9,8 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>Norvane Clipwright を削除してもよろしいですか？</translation>
+        <translation>Norvane Clipwright を
+削除してもよろしいですか？</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
@@ -32,19 +33,22 @@
     </message>
     <message>
         <source>Failed to check update!</source>
-        <translation>アップデートを確認できませんでした。</translation>
+        <translation>アップデートを
+確認できませんでした。</translation>
     </message>
     <message>
         <source>You are already the latest version!</source>
-        <translation>すでに最新バージョンをお使いです。</translation>
+        <translation>すでに最新バージョンを
+お使いです。</translation>
     </message>
     <message>
         <source>Failed to download the update.</source>
-        <translation>アップデートをダウンロードできませんでした。</translation>
+        <translation>アップデートを
+ダウンロードできませんでした。</translation>
     </message>
     <message>
         <source>Install failed.</source>
-        <translation>インストールに失敗しました。</translation>
+        <translation>インストールできませんでした。</translation>
     </message>
 </context>
 <context>
@@ -79,10 +83,10 @@ Hope to meet you again.
 Thank you!</source>
         <translation>こんにちは。
 
-Norvane Technology でエンジニアをしている Arlen です。私たちは、使いやすいソフトウェアづくりに取り組んでいます。これからも、お客様にできるだけ合ったものになるよう努めてまいります。
+Norvane Technology でエンジニアをしている Arlen です。私たちは、使いやすいソフトウェアづくりに取り組んでいます。これからも、より多くのお客様にご満足いただけるよう努めてまいります。
 
 ご意見をお寄せいただき、感謝いたします。
-またお会いできることを願っています。
+またのご利用をお待ちしております。
 
 ありがとうございました。</translation>
     </message>
@@ -92,7 +96,8 @@ Norvane Technology でエンジニアをしている Arlen です。私たちは
     </message>
     <message>
         <source>Can you tell me why you want to uninstall?</source>
-        <translation>アンインストールの理由は何ですか？</translation>
+        <translation>アンインストールの理由を
+お聞かせください</translation>
     </message>
     <message>
         <source>It crashed or frozen on my computer.</source>
@@ -213,11 +218,11 @@ Norvane Technology でエンジニアをしている Arlen です。私たちは
     <message>
         <source>Thanks for your feedback! Uninstalling...</source>
         <translation>ご意見ありがとうございます。
-アンインストール中…</translation>
+アンインストールしています…</translation>
     </message>
     <message>
         <source>Time remaining: About 15 seconds</source>
-        <translation>残り時間：約 15 秒</translation>
+        <translation>残り時間：約 15 秒</translation>
     </message>
     <message>
         <source>Uninstall progress</source>
@@ -249,15 +254,16 @@ Norvane Technology でエンジニアをしている Arlen です。私たちは
     </message>
     <message>
         <source>Uninstall Failed</source>
-        <translation>アンインストールに失敗しました</translation>
+        <translation>アンインストールできませんでした</translation>
     </message>
     <message>
         <source>Your uninstallation encountered errors. Please try uninstalling again.</source>
-        <translation>エラーが発生しました。もう一度アンインストールしてください。</translation>
+        <translation>アンインストール中にエラーが発生しました。
+もう一度お試しください。</translation>
     </message>
     <message>
         <source>Time remaining: About %1 seconds</source>
-        <translation>残り時間：約 %1 秒</translation>
+        <translation>残り時間：約 %1 秒</translation>
     </message>
     <message>
         <source>Successfully uninstalled</source>
@@ -280,7 +286,8 @@ Norvane Technology でエンジニアをしている Arlen です。私たちは
     </message>
     <message>
         <source>Upgrading, please wait...</source>
-        <translation>アップデート中です。しばらくお待ちください…</translation>
+        <translation>アップデートしています。
+しばらくお待ちください…</translation>
     </message>
     <message>
         <source>TextLabel</source>
@@ -300,7 +307,7 @@ Norvane Technology でエンジニアをしている Arlen です。私たちは
     </message>
     <message>
         <source>The new version is more stable and faster!</source>
-        <translation>新しいバージョンは、さらに安定して速くなりました！</translation>
+        <translation>新しいバージョンはさらに安定し、高速になりました。</translation>
     </message>
     <message>
         <source>Launch</source>

@@ -9,7 +9,8 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>Norvane Clipwright를 제거하시겠습니까?</translation>
+        <translation>Norvane Clipwright를
+제거하시겠습니까?</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
@@ -92,7 +93,7 @@ Thank you!</source>
     </message>
     <message>
         <source>Can you tell me why you want to uninstall?</source>
-        <translation>제거하시려는 이유를 알려 주시겠어요?</translation>
+        <translation>제거하시려는 이유를 알려 주시겠습니까?</translation>
     </message>
     <message>
         <source>It crashed or frozen on my computer.</source>
@@ -174,7 +175,7 @@ Thank you!</source>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>이런 앱은 어떠세요?</translation>
+        <translation>다른 추천 앱</translation>
     </message>
     <message>
         <source>Close</source>
@@ -212,7 +213,8 @@ Thank you!</source>
     </message>
     <message>
         <source>Thanks for your feedback! Uninstalling...</source>
-        <translation>의견을 보내 주셔서 감사합니다! 제거하는 중…</translation>
+        <translation>의견을 보내 주셔서 감사합니다.
+제거하는 중…</translation>
     </message>
     <message>
         <source>Time remaining: About 15 seconds</source>
@@ -236,7 +238,7 @@ Thank you!</source>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>이런 앱은 어떠세요?</translation>
+        <translation>다른 추천 앱</translation>
     </message>
     <message>
         <source>Close</source>
@@ -252,7 +254,8 @@ Thank you!</source>
     </message>
     <message>
         <source>Your uninstallation encountered errors. Please try uninstalling again.</source>
-        <translation>제거하는 중에 오류가 발생했습니다. 다시 시도해 주세요.</translation>
+        <translation>제거하는 중에 오류가 발생했습니다.
+다시 시도해 주세요.</translation>
     </message>
     <message>
         <source>Time remaining: About %1 seconds</source>

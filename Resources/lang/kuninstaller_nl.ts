@@ -132,7 +132,7 @@ Hartelijk dank!</translation>
     </message>
     <message>
         <source>Please describe the problem you encountered.</source>
-        <translation>Beschrijf tegen welk probleem je bent aangelopen.</translation>
+        <translation>Beschrijf het probleem dat je tegenkwam.</translation>
     </message>
 </context>
 <context>
@@ -166,7 +166,7 @@ Hartelijk dank!</translation>
     </message>
     <message>
         <source>Utility</source>
-        <translation>Hulpmiddelen</translation>
+        <translation>Hulpprogramma’s</translation>
     </message>
     <message>
         <source>Norvane</source>

@@ -13,7 +13,7 @@
     </message>
     <message>
         <source>Remove all the effect resource files</source>
-        <translation>Remover todos os arquivos de efeitos</translation>
+        <translation>Remover também todos os arquivos de efeitos</translation>
     </message>
     <message>
         <source>Remove</source>
@@ -92,7 +92,7 @@ Muito obrigado!</translation>
     </message>
     <message>
         <source>Can you tell me why you want to uninstall?</source>
-        <translation>Pode nos dizer por que quer desinstalar?</translation>
+        <translation>Por que você quer desinstalar o programa?</translation>
     </message>
     <message>
         <source>It crashed or frozen on my computer.</source>

@@ -13,7 +13,7 @@
     </message>
     <message>
         <source>Remove all the effect resource files</source>
-        <translation>Eliminați toate fișierele de efecte</translation>
+        <translation>Eliminați și toate fișierele de efecte</translation>
     </message>
     <message>
         <source>Remove</source>

@@ -13,7 +13,7 @@
     </message>
     <message>
         <source>Remove all the effect resource files</source>
-        <translation>Удалить также все файлы эффектов</translation>
+        <translation>Также удалить все файлы эффектов</translation>
     </message>
     <message>
         <source>Remove</source>
@@ -108,7 +108,7 @@ Thank you!</source>
     </message>
     <message>
         <source>It is too difficult to use.</source>
-        <translation>Ею слишком сложно пользоваться</translation>
+        <translation>Программой слишком сложно пользоваться</translation>
     </message>
     <message>
         <source>I have found a better tool.</source>
@@ -162,7 +162,7 @@ Thank you!</source>
     </message>
     <message>
         <source>Productivity</source>
-        <translation>Работа</translation>
+        <translation>Для работы</translation>
     </message>
     <message>
         <source>Utility</source>

@@ -174,7 +174,7 @@ Thank you!</source>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>您可能會喜歡的應用程式</translation>
+        <translation>更多推薦應用程式</translation>
     </message>
     <message>
         <source>Close</source>
@@ -197,7 +197,7 @@ Thank you!</source>
     </message>
     <message>
         <source>Loading</source>
-        <translation>載入中</translation>
+        <translation>正在載入</translation>
     </message>
     <message>
         <source>Close</source>
@@ -212,11 +212,12 @@ Thank you!</source>
     </message>
     <message>
         <source>Thanks for your feedback! Uninstalling...</source>
-        <translation>感謝您的意見！正在解除安裝…</translation>
+        <translation>感謝您的意見！
+正在解除安裝…</translation>
     </message>
     <message>
         <source>Time remaining: About 15 seconds</source>
-        <translation>剩餘時間：約 15 秒</translation>
+        <translation>剩餘時間：約 15 秒</translation>
     </message>
     <message>
         <source>Uninstall progress</source>
@@ -236,7 +237,7 @@ Thank you!</source>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>您可能會喜歡的應用程式</translation>
+        <translation>更多推薦應用程式</translation>
     </message>
     <message>
         <source>Close</source>
@@ -256,7 +257,7 @@ Thank you!</source>
     </message>
     <message>
         <source>Time remaining: About %1 seconds</source>
-        <translation>剩餘時間：約 %1 秒</translation>
+        <translation>剩餘時間：約 %1 秒</translation>
     </message>
     <message>
         <source>Successfully uninstalled</source>

@@ -547,7 +547,7 @@ def play_german(story):
 
 def play_arabic(story):
     """An installation in Arabic: everything is mirrored."""
-    places = in_language(story, "ARG", "إلغاء", "متابعة", "ar.cfg", "  احصل على خصم 30%  ")
+    places = in_language(story, "ARG", "إلغاء الأمر", "متابعة", "ar.cfg", "  الحصول على خصم 30%  ")
     story.expect(places["cancel"].x < places["continue"].x, "the buttons stand in the other order")
     story.expect(places["continue"].x < places["offer"].x, "the banner stands on the right")
 
