@@ -1,16 +1,69 @@
 #include "ui/basewindow.h"
 
+#include <QtCore/QCoreApplication>
+#include <QtCore/QPointer>
 #include <QtCore/QVariant>
 #include <QtCore/QtMath>
 #include <QtGui/QCloseEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QLayout>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QPlainTextEdit>
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QStyleOption>
+
+namespace {
+
+/// Discards the repeats of a held key that presses what has the focus. They would answer the
+/// question that the first press has opened, or open a link many times over.
+class HeldKeyFilter : public QObject
+{
+public:
+    /// Makes one for the application when it has none yet.
+    static void install()
+    {
+        static QPointer<HeldKeyFilter> filter;
+        if (!filter) {
+            filter = new HeldKeyFilter(qApp);
+            qApp->installEventFilter(filter);
+        }
+    }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        // The window's handle gets each key first and passes it on to the focused widget.
+        if (event->type() != QEvent::KeyPress || !watched->isWidgetType())
+            return false;
+        const auto *key = static_cast<QKeyEvent *>(event);
+        return key->isAutoRepeat() && presses(key->key(), watched);
+    }
+
+private:
+    using QObject::QObject;
+
+    static bool presses(int key, const QObject *focused)
+    {
+        switch (key) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            return !qobject_cast<const QPlainTextEdit *>(focused);
+        case Qt::Key_Space:
+        case Qt::Key_Select:
+            return !qobject_cast<const QPlainTextEdit *>(focused) &&
+                   !qobject_cast<const QLineEdit *>(focused);
+        default:
+            return false;
+        }
+    }
+};
+
+} // namespace
 
 BaseWindow::BaseWindow(QWidget *parent)
     : QWidget(parent)
 {
+    HeldKeyFilter::install();
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
     setAttribute(Qt::WA_TranslucentBackground);
     // The style sheet has pictures for this many pixels a unit. No display changes it: the scale

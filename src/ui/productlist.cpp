@@ -64,6 +64,6 @@ void ProductList::keyPressEvent(QKeyEvent *event)
                          event->key() == Qt::Key_Space;
     if (!isClick || !currentItem())
         QListWidget::keyPressEvent(event);
-    else if (!event->isAutoRepeat())
+    else
         Q_EMIT itemClicked(currentItem());
 }
