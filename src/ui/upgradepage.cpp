@@ -3,6 +3,7 @@
 #include "ui/look.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QEvent>
 
 UpgradePage::UpgradePage(QWidget *parent)
     : QWidget(parent)
@@ -10,6 +11,7 @@ UpgradePage::UpgradePage(QWidget *parent)
     setupUi(this);
     btnCancel->setObjectName(QStringLiteral("SecondaryBtn"));
     btnClose->hide();
+    btnCancel->installEventFilter(this);
 
     connect(progressBar, &QProgressBar::valueChanged, this, &UpgradePage::showProgressText);
     connect(btnClose, &QPushButton::clicked, qApp, &QCoreApplication::quit);
@@ -23,6 +25,7 @@ void UpgradePage::showUpgrading()
     else
         progressBar->setValue(0);
     btnCancel->setText(tr("Cancel"));
+    btnCancel->setAccessibleDescription(QString());
     imgUpgrade->setStyleSheet(
         Look::pictureStyle(QStringLiteral(":/Resources/light/Upgrading_2x.png")));
     progressBar->show();
@@ -39,12 +42,22 @@ void UpgradePage::showCompleted()
     progressBar->hide();
     btnClose->show();
     sayState();
+    btnCancel->setAccessibleDescription(accessibleName()); // it takes the keyboard from the page
+    btnCancel->setFocus();
 }
 
 bool UpgradePage::isActionDisabled() const
 {
     // On its own account, not because the whole window is disabled while an answer is awaited.
     return !btnCancel->isEnabledTo(this);
+}
+
+bool UpgradePage::eventFilter(QObject *watched, QEvent *event)
+{
+    // A button that is disabled loses the focus to nothing, and with it the screen reader.
+    if (event->type() == QEvent::EnabledChange && isActionDisabled() && !window()->focusWidget())
+        setFocus();
+    return QWidget::eventFilter(watched, event);
 }
 
 void UpgradePage::showProgressText()

@@ -23,6 +23,8 @@ public:
     /// True while the page must not be left: an update installer is running.
     bool isActionDisabled() const;
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void showProgressText();
     void sayState();

@@ -2,6 +2,7 @@
 #include "tests/support/testcase.h"
 #include "ui/upgradepage.h"
 
+#include <QtGui/QAccessible>
 #include <QtTest/QTest>
 
 class TestUpgradePage : public TestCase
@@ -18,6 +19,7 @@ private Q_SLOTS:
     void actionOfADisabledPageIsNotItselfDisabled();
     void closeButtonQuits();
     void upgradeIsReadAloud();
+    void focusStaysOnThePage();
 };
 
 void TestUpgradePage::firstLook()
@@ -129,6 +131,30 @@ void TestUpgradePage::upgradeIsReadAloud()
                           upgrading + QStringLiteral("31%"), upgrading + QStringLiteral("100%"),
                           QStringLiteral("Upgrade completed "
                                          "The new version is more stable and faster!")}));
+}
+
+// The action takes the keyboard back with the news, after it was disabled during the installation.
+void TestUpgradePage::focusStaysOnThePage()
+{
+    UpgradePage page;
+    page.showUpgrading();
+    page.show();
+    QVERIFY(QTest::qWaitForWindowActive(&page));
+    page.btnCancel->setFocus();
+    page.btnCancel->setEnabled(false);
+    QVERIFY(page.hasFocus()); // whose name is read as it changes
+    page.btnCancel->setEnabled(true);
+    QVERIFY(page.hasFocus());
+
+    page.showCompleted();
+    QVERIFY(page.btnCancel->hasFocus());
+    const QAccessibleInterface *read = QAccessible::queryAccessibleInterface(page.btnCancel);
+    QCOMPARE(read->text(QAccessible::Name), QStringLiteral("Launch"));
+    QCOMPARE(read->text(QAccessible::Description),
+             QStringLiteral("Upgrade completed The new version is more stable and faster!"));
+
+    page.showUpgrading();
+    QCOMPARE(page.btnCancel->accessibleDescription(), QString());
 }
 
 QTEST_MAIN(TestUpgradePage)
