@@ -3,7 +3,6 @@
 #include "analytics/events.h"
 #include "app/env/appenv.h"
 #include "config/content/configcontent.h"
-#include "platform/registry.h"
 #include "ui/look.h"
 #include "ui/uninstallrules.h"
 
@@ -21,13 +20,6 @@ namespace {
 
 constexpr int tickMs = 100;
 constexpr int successDelayMs = 500;
-
-QUrl jumpPage()
-{
-    return QUrl(Platform::registryText(QStringLiteral("HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvane\\") +
-                                           Config::configProductId(),
-                                       QStringLiteral("UninstallJumpPage")));
-}
 
 } // namespace
 
@@ -130,7 +122,7 @@ void UninstallPage::endRun(int range)
     stopClock();
     QTimer::singleShot(successDelayMs, this, &UninstallPage::succeed);
     Analytics::reportUninstallResult(true);
-    QDesktopServices::openUrl(jumpPage());
+    QDesktopServices::openUrl(QUrl(AppEnv::uninstallJumpPage(Config::configProductId())));
 }
 
 void UninstallPage::showTimeLeft(qint64 elapsedMs)

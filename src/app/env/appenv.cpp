@@ -145,6 +145,13 @@ QString findUninstaller()
     return {};
 }
 
+QString uninstallJumpPage(const QString &productId)
+{
+    return Platform::registryText(QStringLiteral("HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvane\\") +
+                                      productId,
+                                  QStringLiteral("UninstallJumpPage"));
+}
+
 bool isNetworkOnline()
 {
     return Platform::isNetworkOnline();

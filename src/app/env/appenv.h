@@ -73,6 +73,10 @@ AccountInfo readAccountInfo();
 /// .dat beside it. Empty when there is none.
 QString findUninstaller();
 
+/// The page that setup wants to be opened after an uninstallation of the product with this id;
+/// empty when it names none.
+QString uninstallJumpPage(const QString &productId);
+
 /// Whether the machine counts as connected to a network.
 bool isNetworkOnline();
 
