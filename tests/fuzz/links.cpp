@@ -38,11 +38,14 @@ int LLVMFuzzerInitialize(int *argc, char ***argv)
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QString link = QString::fromUtf8(Fuzz::bytes(data, size));
-    requireNameInFolder(Config::productIconName(12, link));
-    requireNameInFolder(Config::optionImageName(12, link));
-    const QString path =
-        Config::productIconPath({{QStringLiteral("pid"), 12}, {QStringLiteral("icon"), link}});
-    Fuzz::require(path == QLatin1String(":/Resources/light/ico_default_2x.png"),
+    const QJsonObject product{{QStringLiteral("pid"), 12}, {QStringLiteral("icon"), link}};
+    const QJsonObject option{{QStringLiteral("value"), 12}, {QStringLiteral("banner_url"), link}};
+    if (!link.isEmpty()) {
+        requireNameInFolder(Config::productPicture(product).fileName);
+        requireNameInFolder(Config::optionPicture(option).fileName);
+    }
+    Fuzz::require(Config::productIconPath(product) ==
+                      QLatin1String(":/Resources/light/ico_default_2x.png"),
                   "a picture that is not there is the default one");
 
     // Whatever the path, the widget gets a picture at most, and its children nothing.

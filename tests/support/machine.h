@@ -10,11 +10,17 @@ namespace Machine {
 /// Makes a program one that the system refuses to start.
 bool makeUnstartable(const QString &program);
 
-/// Whether there is a file here that opens for writing and takes nothing, as on a full disk.
-bool canFillDisk();
+/// Refuses to let any file of this process grow beyond so many bytes, as a full disk would, for as
+/// long as the object lives. Where isPossible() is false, it does nothing.
+class FullDisk
+{
+public:
+    explicit FullDisk(quint64 bytes);
+    ~FullDisk();
+    Q_DISABLE_COPY(FullDisk)
 
-/// Puts such a file at a path.
-bool makeFull(const QString &fileName);
+    static bool isPossible();
+};
 
 /// Makes another user the owner of a file. Returns false where that is not allowed.
 bool giveToAnotherUser(const QString &fileName);

@@ -12,17 +12,27 @@ namespace Config {
 
 namespace {
 
-QString imageName(const QString &format, int number, const QString &link)
+/// The format takes the number and the suffix of the link, which give the picture its file name.
+Picture picture(const QString &format, const QJsonValue &number, const QString &link)
 {
-    return format.arg(number).arg(QFileInfo(link).suffix());
+    if (link.isEmpty() || number.toInt(-1) < 0)
+        return {};
+    return {link, format.arg(number.toInt()).arg(QFileInfo(link).suffix())};
 }
 
-QString imagePath(const QString &name, const QString &link, int number, const QString &fallback)
+QString picturePath(const Picture &picture, const QString &fallback)
 {
-    if (link.isEmpty() || number < 0)
+    if (picture.fileName.isEmpty())
         return fallback;
-    const QString path = QStringLiteral("%1/%2").arg(imagesDir(), name);
+    const QString path = imagesDir() + QLatin1Char('/') + picture.fileName;
     return QFile::exists(path) ? path : fallback;
+}
+
+/// Qt calls only a null document empty. One that holds `{}` or `[]` is empty here too, so that
+/// neither is kept in place of a document that can be read later.
+bool isEmpty(const QJsonDocument &document)
+{
+    return document.object().isEmpty() && document.array().isEmpty();
 }
 
 QList<QJsonObject> listOf(const QString &key)
@@ -85,8 +95,7 @@ QString configFilePath()
 QJsonObject loadConfig()
 {
     static QJsonDocument document;
-    // Nothing read yet, or nothing in what was read.
-    if (document.object().isEmpty() && document.array().isEmpty()) {
+    if (isEmpty(document)) {
         QString fileName = configFilePath();
         if (!QFile::exists(fileName))
             fileName = QStringLiteral(":/Resources/cfg/%1.cfg").arg(configLanguageCode());
@@ -143,28 +152,25 @@ QList<QJsonObject> recommendedList()
 
 QString optionImagePath(const QJsonObject &option)
 {
-    const QString link = jsonString(option, QStringLiteral("banner_url"));
-    const int number = option.value(QStringLiteral("value")).toInt(-1);
-    return imagePath(optionImageName(number, link), link, number,
-                     QStringLiteral(":/Resources/light/Option0_2x.png"));
+    return picturePath(optionPicture(option), QStringLiteral(":/Resources/light/Option0_2x.png"));
 }
 
 QString productIconPath(const QJsonObject &product)
 {
-    const QString link = jsonString(product, QStringLiteral("icon"));
-    const int number = product.value(QStringLiteral("pid")).toInt(-1);
-    return imagePath(productIconName(number, link), link, number,
-                     QStringLiteral(":/Resources/light/ico_default_2x.png"));
+    return picturePath(productPicture(product),
+                       QStringLiteral(":/Resources/light/ico_default_2x.png"));
 }
 
-QString optionImageName(int number, const QString &link)
+Picture optionPicture(const QJsonObject &option)
 {
-    return imageName(QStringLiteral("option_%1.%2"), number, link);
+    return picture(QStringLiteral("option_%1.%2"), option.value(QStringLiteral("value")),
+                   jsonString(option, QStringLiteral("banner_url")));
 }
 
-QString productIconName(int number, const QString &link)
+Picture productPicture(const QJsonObject &product)
 {
-    return imageName(QStringLiteral("pid_%1.%2"), number, link);
+    return picture(QStringLiteral("pid_%1.%2"), product.value(QStringLiteral("pid")),
+                   jsonString(product, QStringLiteral("icon")));
 }
 
 } // namespace Config

@@ -60,8 +60,15 @@ QString optionImagePath(const QJsonObject &option);
 /// Picture file for a product's icon: the downloaded one when it exists, else the default.
 QString productIconPath(const QJsonObject &product);
 
-/// Names under which pictures lie in imagesDir(); number is the option's value or product's pid.
-QString optionImageName(int number, const QString &link);
-QString productIconName(int number, const QString &link);
+/// A picture that the document refers to; both are empty when it refers to none.
+struct Picture
+{
+    QString link;     ///< where it is downloaded from
+    QString fileName; ///< in imagesDir()
+};
+
+/// The banner of an option and the icon of a product.
+Picture optionPicture(const QJsonObject &option);
+Picture productPicture(const QJsonObject &product);
 
 } // namespace Config

@@ -8,8 +8,8 @@
 
 #include <QtCore/QDebug>
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtCore/QJsonDocument>
-#include <QtCore/QJsonValue>
 #include <QtCore/QTextStream>
 #include <utility>
 
@@ -17,6 +17,47 @@ namespace {
 
 constexpr int maxRunning = 5;
 constexpr qint64 maxDocumentBytes = qint64(8) * 1024 * 1024;
+
+QByteArray readFile(const QString &fileName)
+{
+    QFile file(fileName);
+    // Reading a device may never end.
+    return QFileInfo(fileName).isFile() && file.open(QIODevice::ReadOnly) ? file.readAll()
+                                                                          : QByteArray();
+}
+
+bool write(const QByteArray &bytes, QFile &file)
+{
+    QTextStream stream(&file);
+    stream.setCodec("UTF-8");
+    stream << bytes;
+    stream.flush();
+    return stream.status() == QTextStream::Ok && file.flush();
+}
+
+/// Over what is there, so that bytes which already have room on a full disk keep it.
+bool putBack(const QByteArray &bytes, const QString &fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadWrite) && file.write(bytes) == bytes.size() && file.flush() &&
+           file.resize(bytes.size());
+}
+
+/// On a full disk the earlier document stays. A part of one is never left behind: it would be
+/// taken for the whole, and the built-in document would not be used.
+bool save(const QJsonDocument &document, const QString &fileName)
+{
+    const QByteArray earlier = readFile(fileName);
+    QFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return false;
+    if (write(document.toJson(), file))
+        return true;
+    file.close();
+    if (earlier.isEmpty() || !putBack(earlier, fileName))
+        QFile::remove(fileName);
+    return false;
+}
 
 } // namespace
 
@@ -57,54 +98,33 @@ void ConfigDownloader::taskFinished()
         return;
 
     const QJsonDocument document = QJsonDocument::fromJson(m_task->readAll());
-    if (document.isNull() || document.isEmpty() || !collectImages(document.object())) {
+    // What is no document, or an empty one, has no options either.
+    if (!collectImages(document.object()) || !save(document, Config::configFilePath())) {
         Q_EMIT finished();
         return;
     }
-
-    QFile file(Config::configFilePath());
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-        Q_EMIT finished();
-        return;
-    }
-    QTextStream stream(&file);
-    stream.setCodec("UTF-8");
-    stream << document.toJson();
-    stream.flush();
-    if (stream.status() != QTextStream::Ok || !file.flush()) {
-        // A part of a document would be taken for the whole of it.
-        file.close();
-        file.remove();
-        Q_EMIT finished();
-        return;
-    }
-
     checkItems();
 }
 
 bool ConfigDownloader::collectImages(const QJsonObject &document)
 {
     const QString list = QStringLiteral("list");
+    const auto collect = [this](const Config::Picture &picture) {
+        if (!picture.link.isEmpty())
+            addItem(picture.fileName, picture.link);
+    };
 
     const QList<QJsonObject> categories = Config::jsonObjectList(document, QStringLiteral("apps"));
     for (const QJsonObject &category : categories) {
         const QList<QJsonObject> products = Config::jsonObjectList(category, list);
-        for (const QJsonObject &product : products) {
-            const QString link = Config::jsonString(product, QStringLiteral("icon"));
-            const int number = product.value(QStringLiteral("pid")).toInt(-1);
-            if (!link.isEmpty() && number >= 0)
-                addItem(Config::productIconName(number, link), link);
-        }
+        for (const QJsonObject &product : products)
+            collect(Config::productPicture(product));
     }
 
     const QList<QJsonObject> options =
         Config::jsonObjectList(document.value(QStringLiteral("problem_type")).toObject(), list);
-    for (const QJsonObject &option : options) {
-        const QString link = Config::jsonString(option, QStringLiteral("banner_url"));
-        const int number = option.value(QStringLiteral("value")).toInt(-1);
-        if (!link.isEmpty() && number >= 0)
-            addItem(Config::optionImageName(number, link), link);
-    }
+    for (const QJsonObject &option : options)
+        collect(Config::optionPicture(option));
     return !options.isEmpty();
 }
 

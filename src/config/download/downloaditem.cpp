@@ -60,16 +60,24 @@ void DownloadItem::taskFinished()
     if (m_task->status() == KBaseTask::TaskAborted)
         return;
     if (m_task->status() != KBaseTask::TaskFailed) {
-        const QString folder = Config::imagesDir();
-        for (const QString &name : std::as_const(m_fileNames)) {
-            const QString fileName = folder + QLatin1Char('/') + name;
-            if (QFile::exists(fileName))
-                QFile::remove(fileName);
-            QFile::copy(temporaryFile(), fileName);
-        }
+        for (const QString &name : std::as_const(m_fileNames))
+            saveAs(name);
         QFile::remove(temporaryFile());
     }
     Q_EMIT finished();
+}
+
+void DownloadItem::saveAs(const QString &name) const
+{
+    const QString fileName = Config::imagesDir() + QLatin1Char('/') + name;
+    // The disk may have no room for another copy: the earlier picture goes when this one is there.
+    const QString copy = temporaryFile() + QStringLiteral("copy");
+    QFile::remove(copy);
+    if (!QFile::copy(temporaryFile(), copy))
+        return;
+    QFile::remove(fileName);
+    if (!QFile::rename(copy, fileName))
+        QFile::remove(copy);
 }
 
 QString DownloadItem::temporaryFile() const

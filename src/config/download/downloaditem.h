@@ -46,6 +46,7 @@ public Q_SLOTS:
     void taskFinished();
 
 private:
+    void saveAs(const QString &name) const;
     QString temporaryFile() const;
 
     std::unique_ptr<KGetFileTask> m_task;

@@ -2,24 +2,46 @@
 
 #include <QtCore/QFile>
 
+#include <algorithm>
+#include <csignal>
 #include <ctime>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace Machine {
+
+namespace {
+
+void limitFileSize(rlim_t bytes)
+{
+    rlimit limit{};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    limit.rlim_cur = std::min(bytes, limit.rlim_max);
+    setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+} // namespace
 
 bool makeUnstartable(const QString &program)
 {
     return QFile::setPermissions(program, QFile::ReadOwner);
 }
 
-bool canFillDisk()
+FullDisk::FullDisk(quint64 bytes)
 {
-    return true;
+    // Else the signal, not a failed write, would tell.
+    std::signal(SIGXFSZ, SIG_IGN);
+    limitFileSize(bytes);
 }
 
-bool makeFull(const QString &fileName)
+FullDisk::~FullDisk()
 {
-    return QFile::link(QStringLiteral("/dev/full"), fileName);
+    limitFileSize(RLIM_INFINITY);
+}
+
+bool FullDisk::isPossible()
+{
+    return true;
 }
 
 bool giveToAnotherUser(const QString &fileName)

@@ -12,12 +12,11 @@ bool makeUnstartable(const QString &program)
     return file.open(QIODevice::WriteOnly) && file.write("no program") > 0;
 }
 
-bool canFillDisk()
-{
-    return false;
-}
+FullDisk::FullDisk(quint64 /*bytes*/) {}
 
-bool makeFull(const QString & /*fileName*/)
+FullDisk::~FullDisk() = default;
+
+bool FullDisk::isPossible()
 {
     return false;
 }

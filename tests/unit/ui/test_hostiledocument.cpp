@@ -54,6 +54,11 @@ QJsonObject product(const QString &link)
     return {{QStringLiteral("pid"), 12}, {QStringLiteral("url"), link}};
 }
 
+QJsonObject productWithIcon(const QString &link)
+{
+    return {{QStringLiteral("pid"), 12}, {QStringLiteral("icon"), link}};
+}
+
 } // namespace
 
 void TestHostileDocument::init()
@@ -165,7 +170,7 @@ void TestHostileDocument::namesOfPicturesStayInTheirFolder()
 {
     QFETCH(QString, link);
     QFETCH(QString, name);
-    QCOMPARE(Config::productIconName(12, link), name);
+    QCOMPARE(Config::productPicture(productWithIcon(link)).fileName, name);
     const QDir folder(Config::imagesDir());
     QCOMPARE(QDir::cleanPath(folder.filePath(name)), folder.path() + QLatin1Char('/') + name);
 }
@@ -174,15 +179,15 @@ void TestHostileDocument::plantedPictureIsNoRule()
 {
     // The suffix of a link becomes a part of a style sheet, once such a file is there.
     const QString link = QStringLiteral("https://h.example/a.png);}*{min-width:777px");
-    const QString file = Config::imagesDir() + QLatin1Char('/') + Config::productIconName(12, link);
+    const QString file = Config::imagesDir() + QLatin1Char('/') +
+                         Config::productPicture(productWithIcon(link)).fileName;
     QFile planted(file);
     if (QDir::separator() == QLatin1Char('\\'))
         QSKIP("no file of this system can have such a name");
     QVERIFY(planted.open(QIODevice::WriteOnly));
-    UninstallPage page(nullptr, {{{QStringLiteral("pid"), 12}, {QStringLiteral("icon"), link}}});
+    UninstallPage page(nullptr, {productWithIcon(link)});
     page.show();
-    QCOMPARE(Config::productIconPath({{QStringLiteral("pid"), 12}, {QStringLiteral("icon"), link}}),
-             file);
+    QCOMPARE(Config::productIconPath(productWithIcon(link)), file);
     const QList<QWidget *> widgets = page.findChildren<QWidget *>();
     for (const QWidget *widget : widgets)
         QVERIFY(widget->minimumWidth() != 777);
