@@ -20,7 +20,7 @@ constexpr unsigned long secondCopyPauseMs = 100;
 struct Outcome
 {
     int exitCode;
-    bool isUpgradeHelperReleased; ///< nobody uses the upgrade library any more
+    bool isUpgradeHelperReleased; ///< its thread has left the upgrade library and has ended
 };
 
 float computeScaleFactor()
@@ -44,7 +44,7 @@ Outcome runApplication(int argc, char **argv)
     return {exitCode, NvUpgradeHelper::releaseIfIdle()};
 }
 
-/// The window system's end is an exit() out of the event loop.
+/// If the display goes away, Qt calls exit() from the event loop.
 void endWithoutGlobalsWhileLibraryWorks()
 {
     if (NvUpgradeHelper::isBusy())

@@ -2,12 +2,12 @@
 
 #include "analytics/session.h"
 #include "app/env/languages.h"
+#include "app/loading.h"
 #include "config/download/configdownloader.h"
 #include "net/knetworkproxymgr.h"
 #include "ui/splashwindow.h"
 #include "wizard/mainwindow.h"
 
-#include <QtCore/QEventLoop>
 #include <QtCore/QThread>
 #include <QtCore/QTimer>
 #include <QtCore/QTranslator>
@@ -21,10 +21,10 @@
 
 namespace {
 
-constexpr int loadingLimitMs = 10000;
-constexpr int splashGoodbyeMs = 50;
-constexpr unsigned long farewellMs = 500;
-constexpr std::chrono::seconds endLimit(8); // the pause, what the library may take, and some
+constexpr int splashPauseMs = 50;
+constexpr unsigned long endPauseMs = 500;
+// The pause, the 3 seconds that the analytics library may take, and a margin.
+constexpr std::chrono::seconds endLimit(8);
 
 //: "LTR" for languages that are written from left to right, "RTL" for the others. The framework
 //: asks for it when a catalogue is installed and mirrors the whole interface accordingly.
@@ -44,41 +44,15 @@ void centreOn(const QRect &screen, QWidget &window)
     window.move((screen.width() - window.width()) / 2, (screen.height() - window.height()) / 2);
 }
 
-// Fetches the configuration while the splash turns, for as long as its limit and the user allow.
-void loadConfiguration(SplashWindow &splash)
-{
-    ConfigDownloader downloader;
-    QTimer timer;
-    QEventLoop loop;
-    QObject::connect(&downloader, &ConfigDownloader::finished, &loop, &QEventLoop::quit);
-    QObject::connect(&timer, &QTimer::timeout, &loop, &QEventLoop::quit);
-    QObject::connect(&splash, &SplashWindow::closed, &loop, [&splash, &timer, &loop] {
-        splash.hide();
-        timer.stop();
-        loop.quit();
-    });
-
-    downloader.start();
-    timer.setSingleShot(true);
-    timer.setTimerType(Qt::PreciseTimer); // a coarse one may be half a second early
-    timer.start(loadingLimitMs);
-    loop.exec();
-    if (timer.isActive())
-        timer.stop();
-    else
-        downloader.abort(); // the limit struck, or the user closed the splash
-}
-
-// The last words. Nothing is shown any more: a library that never returns from here on must not
-// leave a process behind that nobody sees and that no later copy gets past.
-void sayGoodbye()
+// A hung library must not leave an invisible process that holds the instance lock.
+void endSession()
 {
     std::thread([] {
         std::this_thread::sleep_for(endLimit);
         std::_Exit(EXIT_SUCCESS);
     }).detach();
 
-    QThread::msleep(farewellMs);
+    QThread::msleep(endPauseMs);
     Analytics::stopAnalytics();
 }
 
@@ -90,7 +64,7 @@ int runWizard(const QRect &screen, SplashWindow &splash, QApplication &applicati
     Q_UNUSED(isLoaded) // without a catalogue the source texts show
     QCoreApplication::installTranslator(&translator);
 
-    // Not before: nobody sees an icon of the splash, and the pictures take time to unpack.
+    // Not before the splash, which shows no icon: the pictures take time to unpack.
     QApplication::setWindowIcon(programIcon());
     MainWindow window(nullptr);
     centreOn(screen, window);
@@ -101,10 +75,10 @@ int runWizard(const QRect &screen, SplashWindow &splash, QApplication &applicati
         [&window] {
             if (window.isVisible())
                 window.hide();
-            sayGoodbye();
+            endSession();
         },
         Qt::DirectConnection);
-    QTimer::singleShot(splashGoodbyeMs, &splash, &QWidget::close);
+    QTimer::singleShot(splashPauseMs, &splash, &QWidget::close);
     return QApplication::exec();
 }
 
@@ -126,11 +100,15 @@ int run(QApplication &application)
     centreOn(screen, splash);
     splash.show();
 
-    loadConfiguration(splash);
+    {
+        ConfigDownloader downloader;
+        QTimer limit;
+        loadConfiguration(downloader, limit, splash);
+    }
     if (splash.isVisible())
         return runWizard(screen, splash, application);
 
-    sayGoodbye();
+    endSession();
     return 0;
 }
 

@@ -2,7 +2,7 @@
 
 class QApplication;
 
-/// What happens between the application object's birth and the process's end.
+/// What happens from the creation of the application object to the end of the process.
 namespace Startup {
 
 /// Work that comes before anything is shown.
