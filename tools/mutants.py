@@ -109,7 +109,7 @@ def prepare():
     if unpack.wait() or archive.wait():
         sys.exit("cannot copy the sources")
     if not quiet(["cmake", "-S", TREE, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=",
-                  "-DCMAKE_CXX_FLAGS=-O0 -w"]) or not quiet(["ninja", "-C", BUILD]):
+                  "-DCMAKE_CXX_FLAGS=-O0 -w -fuse-ld=lld"]) or not quiet(["ninja", "-C", BUILD]):
         sys.exit(f"the unchanged sources do not build: {WORK / 'log.txt'}")
 
 
@@ -150,7 +150,7 @@ def outcome(mutant):
             if not quiet(["ninja", "-C", BUILD, goal]):
                 return "does not build"
             if not quiet(["ctest", "--test-dir", BUILD / folder, "-j3", "--stop-on-failure",
-                          "--timeout", "120", "--no-tests=error"], 1800):
+                          "--no-tests=error"], 3600):
                 return failing_test()
         return "survived"
     finally:
