@@ -111,6 +111,8 @@ def prepare():
     if not quiet(["cmake", "-S", TREE, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=",
                   "-DCMAKE_CXX_FLAGS=-O0 -w -fuse-ld=lld"]) or not quiet(["ninja", "-C", BUILD]):
         sys.exit(f"the unchanged sources do not build: {WORK / 'log.txt'}")
+    if not passes(""):
+        sys.exit(f"the unchanged sources fail {failing_test()}: {WORK / 'log.txt'}")
 
 
 def quiet(command, seconds=None):
@@ -121,6 +123,11 @@ def quiet(command, seconds=None):
                                   stderr=log, timeout=seconds).returncode == 0
         except subprocess.TimeoutExpired:
             return False
+
+
+def passes(folder):
+    return quiet(["ctest", "--test-dir", BUILD / folder, "-j3", "--stop-on-failure",
+                  "--no-tests=error"], 3600)
 
 
 def stages(file):
@@ -149,8 +156,7 @@ def outcome(mutant):
             goal = f"{folder}/all" if folder else "all"
             if not quiet(["ninja", "-C", BUILD, goal]):
                 return "does not build"
-            if not quiet(["ctest", "--test-dir", BUILD / folder, "-j3", "--stop-on-failure",
-                          "--no-tests=error"], 3600):
+            if not passes(folder):
                 return failing_test()
         return "survived"
     finally:
