@@ -46,7 +46,8 @@ class Mutant:
     def __str__(self):
         def flat(text):
             return " ".join(text.split())
-        return f"{self.file}:{self.first + 1}: {flat(self.old)}  =>  {flat(self.new) or '(dropped)'}"
+        new = flat(self.new) or "(dropped)"
+        return f"{self.file}:{self.first + 1}: {flat(self.old)}  =>  {new}"
 
 
 def mutants_of(file):

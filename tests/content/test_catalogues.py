@@ -113,7 +113,8 @@ class Glossary(unittest.TestCase):
     def test_terms_are_those_of_the_catalogues(self):
         """Each term occurs in its language's catalogue, its last letters inflected or not."""
         text = (RESOURCES.parent / "docs" / "translating.md").read_text(encoding="utf-8")
-        rows = re.findall(r"^\| `(\w+)` \| (.*) \|$", text[text.index("## Glossary"):], re.MULTILINE)
+        glossary = text[text.index("## Glossary"):]
+        rows = re.findall(r"^\| `(\w+)` \| (.*) \|$", glossary, re.MULTILINE)
         self.assertEqual([code for code, _ in rows], CODES + CODES)
         for code, row in rows:
             texts = " ".join(element.text for _, _, element in messages(catalogue(code))).lower()

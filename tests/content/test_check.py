@@ -117,7 +117,8 @@ ERRORS = [
      "apps[0].list[0].url must be an https link"),
     ("link without a host", [(product(0, 0, "url"), "https:///huelark")],
      "apps[0].list[0].url must be an https link"),
-    ("product id in a product's link", [(product(0, 0, "url"), "https://norvane.example/?pid=%1&m=a")],
+    ("product id in a product's link",
+     [(product(0, 0, "url"), "https://norvane.example/?pid=%1&m=a")],
      "apps[0].list[0].url is opened as it stands"),
 
     ("picture with a query", [(option(PLAIN, "banner_url"), "https://norvane.example/a.png?v=2")],
@@ -150,7 +151,8 @@ NOTES = [
                       (option(PLAIN, "placeholder"), GONE)],
      "problem_type.list[6].plaecholder is a key that the program does not know; is placeholder "
      "meant?"),
-    ("unknown key", [(("campaign",), "spring")], "campaign is a key that the program does not know"),
+    ("unknown key", [(("campaign",), "spring")],
+     "campaign is a key that the program does not know"),
     ("long caption", [(option(JUMP, "button_name"), "Get thirty per cent off")],
      "problem_type.list[1].button_name is too long for its place: 23 columns, about 20 fit"),
     ("long caption in wide letters", [(option(JUMP, "button_name"), "高" * 11)],
@@ -252,7 +254,8 @@ class Check(unittest.TestCase):
 
     def test_what_is_not_json(self):
         for content, message in [
-                (b'{\n    "apps": [],\n    "pid": 846,,\n}', "news.cfg:3: the document is not JSON"),
+                (b'{\n    "apps": [],\n    "pid": 846,,\n}',
+                 "news.cfg:3: the document is not JSON"),
                 (b'{\n"pid": NaN}', "NaN is not JSON"),
                 (b"", "news.cfg:1: the document is not JSON"),
                 (b'{\n"name": "\xe4"}', "news.cfg:2: the document is not UTF-8 text"),

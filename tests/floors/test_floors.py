@@ -22,9 +22,11 @@ class Floors(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.root = pathlib.Path(folder.name)
-        self.links = {"low": "", "left": "LINKS low", "right": "PRIVATE_LINKS low", "high": "LINKS left"}
+        self.links = {"low": "", "left": "LINKS low", "right": "PRIVATE_LINKS low",
+                      "high": "LINKS left"}
         self.floors = {"low": 0, "left": 1, "right": 1, "high": 2}
-        self.includes = {"low": "", "left": "low/low.h", "right": "low/low.h", "high": "left/left.h"}
+        self.includes = {"low": "", "left": "low/low.h", "right": "low/low.h",
+                         "high": "left/left.h"}
         self.more = ""
 
     def configure(self):
@@ -84,7 +86,8 @@ class Floors(unittest.TestCase):
                 code, output = self.check_includes()
                 self.assertEqual(code, 1)
                 self.assertIn(
-                    f"{source}/{source}.h: {source} must not include {header}/{header}.h of {header}",
+                    f"{source}/{source}.h: {source} must not include {header}/{header}.h "
+                    f"of {header}",
                     output)
 
 

@@ -16,8 +16,8 @@ Place = collections.namedtuple("Place", "x y width height")
 
 
 def wait_until(condition, seconds, what, interval=0.05):
-    """Waits for a condition and returns its value; raises AssertionError when it does not come. What
-    it is may be a function, asked at the end."""
+    """Waits for a condition and returns its value; raises AssertionError when it does not come.
+    What it is may be a function, which is called at the end."""
     deadline = time.monotonic() + seconds
     while True:
         value = condition()
@@ -110,11 +110,11 @@ class Desktop:
         """Starts a program that ends with the desktop at the latest."""
         return self._processes.start(command, **{"env": self.environment, **options})
 
-    def run(self, *command, seconds=30):
+    def run(self, *command, env=None):
         """Runs a command to its end and returns what it printed; raises when it fails."""
-        return subprocess.run(command, env=self.environment, check=True, encoding="utf-8",
+        return subprocess.run(command, env=env or self.environment, check=True, encoding="utf-8",
                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                              stderr=subprocess.DEVNULL, timeout=seconds).stdout
+                              stderr=subprocess.DEVNULL, timeout=30).stdout
 
     def save_picture(self, file):
         """Saves what the whole screen shows."""
@@ -189,14 +189,10 @@ class Desktop:
     def type_text(self, text):
         self._xdotool("type", "--delay", 20, text)
 
-    def click(self, x, y):
-        """Clicks at a place of the screen."""
-        self._xdotool("mousemove", "--sync", x, y, "click", 1)
-
-    def click_in(self, window, x, y):
-        """Clicks at a place of a window."""
+    def click(self, window, x, y, hover=0.0):
+        """Clicks at a place of a window, after the mouse has been there for so many seconds."""
         place = self.place(window)
-        self.click(place.x + x, place.y + y)
+        self._xdotool("mousemove", "--sync", place.x + x, place.y + y, "sleep", hover, "click", 1)
 
     def drag(self, window, x, y, right, down):
         """Presses the button at a place of a window and moves the mouse before releasing it.

@@ -61,7 +61,7 @@ class Driver(abc.ABC):
         def is_shown_or_lost():
             found = self.find(role, name, window)
             if found is None and self.process.poll() is not None:
-                raise AssertionError(f"the program ended before the {role.value} {name!r} was shown")
+                raise AssertionError(f"the program ended without the {role.value} {name!r}")
             return found
 
         return wait_until(is_shown_or_lost, seconds, f"{role.value} {name!r}", interval=0.1)

@@ -1,4 +1,4 @@
-"""Processes around the program under test: servers, proxies, window managers, the program itself."""
+"""Processes of tests: servers, proxies, window managers, the program itself."""
 
 import contextlib
 import os

@@ -1,20 +1,11 @@
-#!/usr/bin/python3
 """The sandbox's local service: nginx, serving a sample configuration document with its pictures as
-the maker's hosts would.
+the maker's hosts would."""
 
-usage: python3 -m tests.kit.service [--port PORT] --folder DIR
-
-Says where it serves, at a free port unless one is given, and serves until it is interrupted. What was asked for stands in DIR/access.log.
-"""
-
-import argparse
 import glob
 import json
 import os
 import shutil
-import signal
 import subprocess
-import sys
 
 from tests.kit.folders import ROOT
 from tests.kit.processes import Processes
@@ -46,7 +37,7 @@ http {{
 """
 
 
-# Started by root, nginx would serve as somebody who may not read root's folders.
+# Started by root, nginx would serve as a user who may not read root's folders.
 USER = "user root root;" if os.geteuid() == 0 else ""
 
 
@@ -54,7 +45,7 @@ def sample_pictures(kind):
     return sorted(glob.glob(os.path.join(IMAGES, kind + "_*.png")))
 
 
-# Products whose icon shows what they do; the others take what comes.
+# Products whose icon shows what they do; the others get one by their number.
 ICONS = {927: "audio", 941: "photo", 958: "slides", 973: "screen", 1118: "pdf", 1131: "scan",
          1149: "slides", 1162: "notes", 1421: "recover", 1436: "convert", 1458: "transfer",
          1502: "cleaner", 1544: "password"}
@@ -109,7 +100,7 @@ def make_root(url, root):
 class Service:
     """Runs the service between entry and exit, at a free port unless one is given. With
     certificate_for it speaks TLS, with a certificate for that host name, signed by an authority of
-    its own whose certificate then stands in authority_folder. With redirect_to, the address of another
+    its own whose certificate is then in authority_folder. With redirect_to, the address of another
     service, it serves nothing itself."""
 
     def __init__(self, folder, host="127.0.0.1", port=None, certificate_for=None,
@@ -169,19 +160,3 @@ class Service:
         """The request lines that came, in order."""
         with open(os.path.join(self._folder, "access.log"), encoding="utf-8") as log:
             return [line.split('"')[1] for line in log if '"' in line]
-
-
-def main():
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--port", type=int)
-    parser.add_argument("--folder", required=True)
-    arguments = parser.parse_args()
-    for end in (signal.SIGINT, signal.SIGTERM):
-        signal.signal(end, lambda *_: sys.exit(0))
-    with Service(arguments.folder, port=arguments.port) as service:
-        print(f"Serving on {service.url}", flush=True)
-        signal.pause()
-
-
-if __name__ == "__main__":
-    main()

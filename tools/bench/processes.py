@@ -1,5 +1,5 @@
-"""Whole processes: how long until they paint, what they cost while they are shown, what they
-weigh. Seen from outside, so that any program can be measured."""
+"""Whole processes: how long until they paint, what they cost while they are shown, how much memory
+they take. Measured from outside, so that any program can be measured."""
 
 import contextlib
 import glob
@@ -14,24 +14,18 @@ from Xlib import X, display, error
 from Xlib.ext import damage
 
 DEVNULL = subprocess.DEVNULL
-LEAST_WIDTH = 600  # smaller windows are not the ones that are waited for
+LEAST_WIDTH = 600  # of the windows that are waited for
 
 
-class Screen:
-    """An X server for itself alone: no window manager and no compositor, which would take part of
-    the processors."""
+class PaintWatch:
+    """Tells when a window of the wizard's size is painted on a desktop, from entry to exit."""
+
+    def __init__(self, desktop):
+        self._name = desktop.environment["DISPLAY"]
 
     def __enter__(self):
-        read_end, write_end = os.pipe()
-        self._server = subprocess.Popen(
-            ["Xvfb", "-screen", "0", "1000x680x24", "-nolisten", "tcp", "-noreset", "-displayfd",
-             str(write_end)], pass_fds=[write_end], stdout=DEVNULL, stderr=DEVNULL)
-        os.close(write_end)
-        with os.fdopen(read_end) as reply:
-            self.name = ":" + reply.readline().strip()
-        self._display = display.Display(self.name)
-        # Windows go while they are being looked at.
-        self._display.set_error_handler(lambda *ignored: None)
+        self._display = display.Display(self._name)
+        self._display.set_error_handler(lambda *ignored: None)  # windows go while looked at
         self._display.damage_query_version()
         self._root = self._display.screen().root
         self._root.change_attributes(event_mask=X.SubstructureNotifyMask)
@@ -40,8 +34,6 @@ class Screen:
 
     def __exit__(self, *exception):
         self._display.close()
-        self._server.terminate()
-        self._server.wait()
 
     def forget(self):
         """Drops the events of earlier windows."""
@@ -50,7 +42,7 @@ class Screen:
             self._display.next_event()
 
     def wait_for_paint(self, seconds=30):
-        """Waits until a window of the wizard's size shows something, and returns when."""
+        """Waits until such a window shows something, and returns the time."""
         watched = set()
         deadline = time.monotonic() + seconds
         while time.monotonic() < deadline:
@@ -87,8 +79,8 @@ class Screen:
 
 @contextlib.contextmanager
 def running(command, environment, output=DEVNULL):
-    """A program that runs until the end of the block, in a session of its own, with which all of it
-    ends."""
+    """A program that runs until the end of the block, in a session of its own: its children are
+    killed with it."""
     process = subprocess.Popen(command, env=environment, stdin=DEVNULL, stdout=output,
                                stderr=DEVNULL, start_new_session=True)
     try:
@@ -101,16 +93,16 @@ def running(command, environment, output=DEVNULL):
             process.stdout.close()
 
 
-def time_to_paint(screen, command, environment):
+def time_to_paint(paints, command, environment):
     """Milliseconds from the start to the first picture."""
-    screen.forget()
+    paints.forget()
     start = time.monotonic()
     with running(command, environment):
-        return (screen.wait_for_paint() - start) * 1000
+        return (paints.wait_for_paint() - start) * 1000
 
 
 def processor_ms(pid):
-    """What all threads of a process have had of the processors, in milliseconds."""
+    """Processor time of all threads of a process, in milliseconds."""
     total = 0
     for file in glob.glob(f"/proc/{pid}/task/*/schedstat"):
         with open(file, encoding="ascii") as text:
@@ -118,11 +110,11 @@ def processor_ms(pid):
     return total / 1e6
 
 
-def processor_per_second(screen, command, environment, seconds, settle=1.0):
+def processor_per_second(paints, command, environment, seconds, settle=1.0):
     """Milliseconds of processor time for each second that the program is shown."""
-    screen.forget()
+    paints.forget()
     with running(command, environment) as process:
-        screen.wait_for_paint()
+        paints.wait_for_paint()
         time.sleep(settle)
         start, before = time.monotonic(), processor_ms(process.pid)
         time.sleep(seconds)
@@ -134,11 +126,11 @@ def peak_mib(pid):
         return int(re.search(r"VmHWM:\s+(\d+)", text.read()).group(1)) / 1024
 
 
-def peak_memory(screen, command, environment, seconds):
-    """The most memory that the program has had, so many seconds after its first picture."""
-    screen.forget()
+def peak_memory(paints, command, environment, seconds):
+    """The peak of a program's memory, so many seconds after its first picture."""
+    paints.forget()
     with running(command, environment) as process:
-        screen.wait_for_paint()
+        paints.wait_for_paint()
         time.sleep(seconds)
         return peak_mib(process.pid)
 
@@ -153,7 +145,7 @@ def instructions_by_frame(command, environment, frames, seconds=120):
                     f"--dump-after={flush}"]
         with running([*valgrind, *command], environment) as process:
             deadline = time.monotonic() + seconds
-            # The next part's file says that the one before is whole.
+            # A part is written whole before the file of the next one is made.
             while not os.path.exists(f"{profile}.{frames + 2}"):
                 if time.monotonic() > deadline or process.poll() is not None:
                     raise TimeoutError(f"{command[0]} did not paint {frames} pictures")
@@ -165,8 +157,9 @@ def instructions(command, environment=None):
     """Of the whole life of a process."""
     with tempfile.TemporaryDirectory() as folder:
         profile = os.path.join(folder, "whole")
-        subprocess.run(["valgrind", "--tool=callgrind", f"--callgrind-out-file={profile}", *command],
-                       env=environment, check=True, stdin=DEVNULL, stdout=DEVNULL, stderr=DEVNULL)
+        subprocess.run(["valgrind", "--tool=callgrind", f"--callgrind-out-file={profile}",
+                        *command], env=environment, check=True, stdin=DEVNULL, stdout=DEVNULL,
+                       stderr=DEVNULL)
         return total_of(profile)
 
 

@@ -1,12 +1,6 @@
-#!/usr/bin/python3
-"""Measures the program against its baselines and prints one table.
-
-usage: run.py [--runs N] [--only TEXT] [--record]
-
-What was measured stands in build/bench/bench.json, how the cost grows in build/bench/growth.svg.
-With --record both also go into docs/: the figures' block of performance.md is written anew.
-docs/performance.md says what each row means.
-"""
+"""Measures the program against its baselines and prints one table. The figures are also written to
+build/bench/bench.json, how the cost grows to build/bench/growth.svg. docs/performance.md says what
+each row means."""
 
 import argparse
 import contextlib
@@ -22,16 +16,17 @@ import sys
 import tempfile
 import time
 
-from tools.bench.table import Row, as_markdown, as_text, exponent, replaced_block  # noqa: E402
-from tools.bench import processes
 from tests.kit import installation
+from tests.kit.desktop import Desktop
+from tests.kit.folders import BUILD, NATIVE_PROGRAMS, ROOT
 from tests.kit.listener import Listener
-from tests.kit.folders import ROOT
 from tests.kit.service import Service, sample_pictures
+from tests.kit.wine import Prefix
+from tools.bench import processes
+from tools.bench.table import Row, as_markdown, as_text, exponent, replaced_block
 
-OUT = os.path.join(ROOT, "build", "bench")
-BIN = os.path.join(ROOT, "build", "native", "bin")
-WINDOWS = os.path.join(ROOT, "build", "windows")
+OUT = os.path.join(BUILD, "bench")
+WINDOWS = os.path.join(BUILD, "windows")
 MIB = 1024 * 1024
 ICONS = 40
 LARGE_FILE = 256 * MIB
@@ -42,30 +37,24 @@ GROWTH_PICTURE = os.path.join(ROOT, "docs", "pictures", "growth.svg")
 
 
 def program(name):
-    return os.path.join(BIN, name)
+    return os.path.join(NATIVE_PROGRAMS, name)
 
 
 def interleaved(runs, ours, baseline):
-    """Pairs of figures, measured in turn so that whatever slows the machine slows both."""
+    """Pairs of figures, measured in turn, so that other load on the machine slows both."""
     return [(ours(), baseline()) for _ in range(runs)]
 
 
 class Bench:
-    def __init__(self, runs, screen, folder, silent_service):
+    def __init__(self, runs, desktop, paints, folder, silent_service):
         self.runs = runs
-        self.screen = screen
+        self.paints = paints
         self.folder = folder
-        self.environment = self._sandbox_environment()
-        # Accepts connections and says nothing, so that the splash stays as long as it may.
+        self.environment = {**desktop.environment,
+                            **installation.make(NATIVE_PROGRAMS, os.path.join(folder, "sandbox")),
+                            "QT_LOGGING_RULES": "*.debug=false"}
+        # Without an answer from the service the splash stays as long as possible.
         self.waiting = {**self.environment, "CLIPWRIGHT_SANDBOX_SERVICE": silent_service}
-
-    def _sandbox_environment(self):
-        sandbox = os.path.join(self.folder, "sandbox")
-        os.makedirs(sandbox)
-        return {**os.environ, **installation.make(BIN, sandbox),
-                "DISPLAY": self.screen.name, "QT_LOGGING_RULES": "*.debug=false",
-                # Not found: neither program spends time on accessibility.
-                "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.folder}/no-bus"}
 
     # Whole processes, native
 
@@ -73,7 +62,7 @@ class Bench:
     bare_window = property(lambda self: [program("baseline-window")])
 
     def start(self):
-        paint = functools.partial(processes.time_to_paint, self.screen)
+        paint = functools.partial(processes.time_to_paint, self.paints)
         paint(self.splash, self.waiting)  # from the disk, once
         paint(self.bare_window, self.waiting)
         return [Row("start to painted splash: time", 1.3, "ms",
@@ -115,7 +104,7 @@ class Bench:
         ]
 
     def processor_time(self):
-        per_second = functools.partial(processes.processor_per_second, self.screen)
+        per_second = functools.partial(processes.processor_per_second, self.paints)
         bar_baseline = self._bar_baseline()
         return [
             Row("splash: processor time per second", 1.2, "ms",
@@ -130,7 +119,7 @@ class Bench:
     def memory(self):
         """With the main window shown: no service answers, so it comes at once."""
         refused = {**self.environment, "CLIPWRIGHT_SANDBOX_SERVICE": "http://127.0.0.1:9"}
-        peak = functools.partial(processes.peak_memory, self.screen, environment=refused, seconds=2)
+        peak = functools.partial(processes.peak_memory, self.paints, environment=refused, seconds=2)
         return [Row("peak memory, native", 1.3, "MiB",
                     interleaved(1, lambda: peak(self.splash), lambda: peak(self.bare_window)))]
 
@@ -247,9 +236,11 @@ class Bench:
         return rows
 
     def growth(self):
-        texts = {"grow_document_load": "loading a document", "grow_picture_queue": "queueing pictures",
+        texts = {"grow_document_load": "loading a document",
+                 "grow_picture_queue": "queueing pictures",
                  "grow_reasons": "feedback page", "grow_products": "product list"}
-        times = {**self.in_process("content", "^grow", 1), **self.in_process("interface", "^grow", 1)}
+        times = {**self.in_process("content", "^grow", 1),
+                 **self.in_process("interface", "^grow", 1)}
         curves = {}
         for key, values in times.items():
             name, size = key.split("/")
@@ -275,13 +266,11 @@ class Bench:
                     for name, aim in aims.items()]
         shipped, sandbox, bare = stripped(names, os.path.join(self.folder, "stripped"))
         start, size, memory = aims
-        with wine_prefix() as wine:
-            # What only a Qt of Linux understands stays here.
-            environment = {name: value for name, value in {**self.waiting, **wine}.items()
-                           if not name.startswith("QT_") and name not in ("TMP", "TEMP", "TMPDIR")}
+        with Prefix(os.path.join(self.folder, "prefix"), self.waiting) as prefix:
+            environment = prefix.environment
             ours, base = ["wine", sandbox], ["wine", bare]
-            paint = functools.partial(processes.time_to_paint, self.screen, environment=environment)
-            peak = functools.partial(processes.peak_memory, self.screen, environment=environment,
+            paint = functools.partial(processes.time_to_paint, self.paints, environment=environment)
+            peak = functools.partial(processes.peak_memory, self.paints, environment=environment,
                                      seconds=12)  # the splash waits for ten
             for command in (base, ours):  # Wine starts services with its first program
                 paint(command)
@@ -297,15 +286,15 @@ class Bench:
 
 
 def publish_icons(url, root):
-    """A catalogue whose products have so many icons; returns what there is to fetch."""
+    """Publishes a catalogue whose products have ICONS icons; returns the names of all files."""
     pictures = sample_pictures("app")
     names = [f"icons/pid_{number}.png" for number in range(ICONS)]
     for number, name in enumerate(names):
         os.makedirs(os.path.dirname(os.path.join(root, name)), exist_ok=True)
         shutil.copyfile(pictures[number % len(pictures)], os.path.join(root, name))
-    document = {"apps": [{"key": "utilities",
-                          "list": [{"pid": number, "name": f"Product {number}",
-                                    "icon": f"{url}/{name}"} for number, name in enumerate(names)]}],
+    products = [{"pid": number, "name": f"Product {number}", "icon": f"{url}/{name}"}
+                for number, name in enumerate(names)]
+    document = {"apps": [{"key": "utilities", "list": products}],
                 "problem_type": {"list": [{"value": 57, "title": "A reason"}]}}
     published = "uninstall/cfg/v1/846-en.json"
     with open(os.path.join(root, published), "w", encoding="utf-8") as file:
@@ -313,28 +302,9 @@ def publish_icons(url, root):
     return [published, *names]
 
 
-@contextlib.contextmanager
-def wine_prefix():
-    """The environment of a Wine prefix of the bench's own, whose services run on between programs."""
-    prefix = os.path.join(ROOT, "build", "wine", "bench")
-    script = ('set -euo pipefail; . "$0"; make_prefix "$1"; '
-              'WINEPREFIX=$1 wineserver --persistent=60 >/dev/null 2>&1 || true; env -0')
-    shared = os.path.join(ROOT, "packaging/windows/wine-prefix.sh")
-    output = subprocess.run(["bash", "-c", script, shared, prefix], check=True, stdin=processes.DEVNULL,
-                            stdout=subprocess.PIPE).stdout.decode("utf-8", "surrogateescape")
-    values = dict(entry.split("=", 1) for entry in output.split("\0") if "=" in entry)
-    wine = {name: value for name, value in values.items()
-            if name.startswith("WINE") or name == "LC_ALL"}
-    wine["WINEPREFIX"] = prefix
-    try:
-        yield wine
-    finally:
-        subprocess.run(["wineserver", "--kill"], env={**os.environ, **wine}, check=False)
-
-
 def stripped(programs, folder):
-    """Copies as they ship, with the libraries beside them: what is there for a debugger is loaded
-    with the rest of a program, and weighs as much."""
+    """Copies as they ship, with the libraries beside them. Symbols for a debugger would be loaded
+    with the rest of a program."""
     os.makedirs(folder)
     for library in glob.glob(os.path.join(os.path.dirname(programs[0]), "*.dll")):
         shutil.copy(library, folder)
@@ -356,10 +326,10 @@ def resources_size():
 
 
 def plot(curves, file):
-    import matplotlib  # pylint: disable=import-outside-toplevel
+    import matplotlib
     matplotlib.use("svg")
     matplotlib.rcParams["svg.hashsalt"] = "growth"  # the same figures give the same picture
-    from matplotlib import pyplot  # pylint: disable=import-outside-toplevel
+    from matplotlib import pyplot
     figure, axes = pyplot.subplots(figsize=(7, 5))
     for name, points in curves.items():
         sizes, costs = zip(*sorted(points))
@@ -374,8 +344,8 @@ def plot(curves, file):
 
 def machine():
     with open("/proc/cpuinfo", encoding="utf-8") as text:
-        model = next((line.split(":", 1)[1].strip() for line in text if line.startswith("model name")),
-                     "an unknown processor")
+        model = next((line.split(":", 1)[1].strip() for line in text
+                      if line.startswith("model name")), "an unknown processor")
     return (f"{datetime.date.today().isoformat()}, {os.cpu_count()} processors ({model}), load "
             f"{os.getloadavg()[1]:.1f}")
 
@@ -392,7 +362,7 @@ def record(rows, where):
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--runs", type=int, default=5, help="interleaved runs of each row")
     parser.add_argument("--only", default="", help="only groups whose name contains this")
     parser.add_argument("--record", action="store_true", help="write the figures into docs/")
@@ -405,9 +375,11 @@ def main():
     rows = []
     with contextlib.ExitStack() as stack:
         folder = stack.enter_context(tempfile.TemporaryDirectory())
-        screen = stack.enter_context(processes.Screen())
+        # A window manager and a compositor would take part of the processors.
+        desktop = stack.enter_context(Desktop(Desktop.BARE))
+        paints = stack.enter_context(processes.PaintWatch(desktop))
         listener = stack.enter_context(Listener())
-        bench = Bench(arguments.runs, screen, folder, listener.url)
+        bench = Bench(arguments.runs, desktop, paints, folder, listener.url)
         for group in (bench.start, bench.instructions, bench.processor_time, bench.memory,
                       bench.downloads, bench.content, bench.interface, bench.growth, bench.windows):
             if arguments.only in group.__name__:

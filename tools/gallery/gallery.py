@@ -1,9 +1,5 @@
-#!/usr/bin/python3
 """Renders every window, page, dialog and state in every language at several scale factors, and puts
-the pictures side by side into one page.
-
-usage: python3 -m tools.gallery.gallery --bin DIR --out DIR [--languages ARG,DEU,...] [--scales 1,1.25,2]
-"""
+the pictures side by side into one page."""
 
 import argparse
 import concurrent.futures
@@ -28,16 +24,20 @@ PAGE = """<!doctype html>
 <meta charset="utf-8">
 <title>Norvane Clipwright Uninstaller: gallery</title>
 <style>
-  body { margin: 0; font: 15px/1.5 "Segoe UI", "Noto Sans", sans-serif; color: #1E2030; background: #DCDCE4; }
-  header { position: sticky; top: 0; z-index: 1; padding: 12px 24px; background: #FFF; border-bottom: 1px solid #C8C8D4; }
+  body { margin: 0; font: 15px/1.5 "Segoe UI", "Noto Sans", sans-serif; color: #1E2030;
+         background: #DCDCE4; }
+  header { position: sticky; top: 0; z-index: 1; padding: 12px 24px; background: #FFF;
+           border-bottom: 1px solid #C8C8D4; }
   header label { margin-right: 14px; white-space: nowrap; }
   h1 { margin: 0 0 4px; font-size: 18px; }
   main { padding: 8px 24px 48px; }
   h2 { margin: 28px 0 8px; font-size: 16px; }
   .row { display: flex; flex-wrap: wrap; gap: 20px; align-items: flex-start; }
   figure { margin: 0; } figcaption { color: #565B70; font-size: 13px; }
-  table { border-collapse: collapse; background: #FFF; } td, th { padding: 4px 12px; text-align: left; border: 1px solid #DDD; }
-  .swatch { display: inline-block; width: 1em; height: 1em; margin-right: .5em; border: 1px solid #999; vertical-align: -2px; }
+  table { border-collapse: collapse; background: #FFF; }
+  td, th { padding: 4px 12px; text-align: left; border: 1px solid #DDD; }
+  .swatch { display: inline-block; width: 1em; height: 1em; margin-right: .5em;
+            border: 1px solid #999; vertical-align: -2px; }
   .off { display: none; }
 </style>
 <header>
@@ -52,7 +52,8 @@ PAGE = """<!doctype html>
   const pictures = document.querySelectorAll("img[data-folder]");
   function show() {
     const scale = document.querySelector("input[name=scale]:checked").value;
-    const shown = new Set([...document.querySelectorAll("input[name=language]:checked")].map(box => box.value));
+    const languages = document.querySelectorAll("input[name=language]:checked");
+    const shown = new Set([...languages].map(box => box.value));
     for (const picture of pictures) {
       const [language, name] = picture.dataset.folder.split("/");
       picture.closest("figure").classList.toggle("off", !shown.has(language));
@@ -148,7 +149,7 @@ def write_page(out, languages, scales, indexes):
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--bin", required=True, help="folder with the built programs")
     parser.add_argument("--out", required=True, help="folder for the page and its pictures")
     parser.add_argument("--languages", default=",".join(LANGUAGES))

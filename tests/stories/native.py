@@ -1,0 +1,66 @@
+"""Stories on the native build: the sandbox flavour of the program with the local service, driven
+through the accessibility bus as a screen reader drives it."""
+
+import os
+
+from tests.kit import installation
+from tests.kit.accessibility import AccessibilityDriver
+from tests.kit.service import Service
+from tests.stories.story import MAIN, Story
+
+
+class NativeStory(Story):
+    def prepare(self, resources):
+        self.service = resources.enter_context(Service(os.path.join(self.out, "service")))
+        self.environment = {**self.desktop.environment,
+                            **installation.make(self.binaries, self.root)}
+        self.environment.update(
+            PATH=installation.browser_folder(self.path("bin"), self.path("Received/links.txt"))
+            + os.pathsep + self.environment["PATH"],
+            CLIPWRIGHT_SANDBOX_SERVICE=self.service.url,
+            QT_SCALE_FACTOR="3",  # the program sets its own
+            # The X11 plugin warns of windows that the window manager removed a moment before it
+            # did; debug lines are no warnings.
+            QT_LOGGING_RULES="qt.qpa.xcb=false;default.debug=false")
+
+    def launch(self, wrap):
+        return AccessibilityDriver(self.desktop, [*wrap, self._program()], self.environment,
+                                   os.path.join(self.out, "program.log"))
+
+    def run_second_copy(self):
+        second = self.desktop.start([self._program()], env=self.environment)
+        return second.wait(timeout=60)
+
+    def is_name_held(self):
+        # Its standard input is empty, so that it ends at once and frees what it has claimed.
+        claim = self.desktop.run(os.path.join(self.binaries, "claim-instance"), MAIN,
+                                 env=self.environment)
+        return claim.strip() == "refused"
+
+    def product_folder(self):
+        return self.path("Program Files/Norvane/Norvane Clipwright")
+
+    def arguments_received(self):
+        return self.lines("Received/uninstaller.txt")
+
+    def links(self):
+        return self.lines("Received/links.txt")
+
+    def judge_surroundings(self, expected):
+        if expected.links:
+            self.expect_equal(set(self.lines("Received/links.txt.scale")), {"1"},
+                              "the browser inherited the scale that the program had set itself")
+        requests = self.service.requests()
+        self.expect_equal((len(requests), len(set(requests))), (expected.requests,) * 2,
+                          f"{expected.requests} files were fetched, each of them once")
+
+    def describe_surroundings(self):
+        for switch in self.lines("Received/update-installer.txt"):
+            print("Update installer's switch: " + switch)
+        print(f"Requests to the local service: {len(self.service.requests())}")
+        with open(os.path.join(self.out, "program.log"), encoding="utf-8", errors="replace") as log:
+            said = log.read().strip()
+        self.expect(not said, "the program printed no warning" + (f": {said}" if said else ""))
+
+    def _program(self):
+        return os.path.join(self.binaries, "clipwright-uninstaller-sandbox")

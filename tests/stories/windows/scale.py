@@ -1,0 +1,48 @@
+"""Stories of the display's scale: it is measured, and the window has that size. They are played on
+Windows 7, which is asked for its dots per inch: Wine hides no physical pixels from programs that
+know no DPI, which is how later systems are measured."""
+
+from tests.kit.driver import Role
+from tests.stories import events
+from tests.stories.story import MAIN, Outcome, story as listed
+
+
+def scale(story, dots_per_inch, factor):
+    if story.prefix.run("winecfg", "-v", "win7") != 0:
+        raise OSError("cannot choose the system's version")
+    story.prefix.set_registry("HKCU\\Control Panel\\Desktop", "LogPixels", "REG_DWORD",
+                              dots_per_inch)
+    story.prefix.end_session()  # it is read when a session begins
+    with story.start() as program:
+        program.wait_for(Role.BUTTON, "Cancel")
+        window = story.desktop.wait_for_keyboard(MAIN)
+        story.expect_equal(story.desktop.place(window)[2:], (720 * factor, 480 * factor),
+                           f"at {dots_per_inch} dots per inch the factor is {factor}")
+        story.picture("feedback")
+        story.desktop.press_keys("alt+F4", title=MAIN)
+        program.wait_for_exit()
+    story.judge(Outcome([events.POP_UP]))
+
+
+@listed
+def scale_96(story):
+    """The usual scale."""
+    scale(story, 96, 1)
+
+
+@listed
+def scale_120(story):
+    """A scale of five quarters."""
+    scale(story, 120, 1.25)
+
+
+@listed
+def scale_144(story):
+    """A scale of three halves is rounded up."""
+    scale(story, 144, 2)
+
+
+@listed
+def scale_192(story):
+    """A scale of two."""
+    scale(story, 192, 2)
