@@ -5,7 +5,8 @@
 
 namespace Platform {
 
-/// Narrow text in the user's locale to wide text. Text that the locale cannot read gives "".
+/// Narrow text in the user's locale to wide text. Text that the locale cannot read gives "". The
+/// locale of other threads does not change, nor that of this one after the call.
 std::wstring wideFromNarrow(const std::string &narrow);
 
 /// Wide text to narrow text in the system's ANSI code page (UTF-8 where there is none).

@@ -2,7 +2,8 @@
 
 namespace Platform {
 
-// Narrow text is UTF-8 here whatever the locale says: a "C" locale must not lose letters.
+// Narrow text is UTF-8 here whatever the locale says: a "C" locale must not lose letters. So no
+// locale is switched, neither the process's nor the thread's.
 
 std::wstring wideFromNarrow(const std::string &narrow)
 {

@@ -2,6 +2,9 @@
 #include "tests/support/testcase.h"
 
 #include <QtTest/QTest>
+#include <atomic>
+#include <clocale>
+#include <thread>
 
 class TestNarrowText : public TestCase
 {
@@ -11,6 +14,7 @@ private Q_SLOTS:
     void textSurvivesThereAndBack_data();
     void textSurvivesThereAndBack();
     void fileNames();
+    void conversionChangesNoLocale();
 };
 
 void TestNarrowText::textSurvivesThereAndBack_data()
@@ -36,6 +40,26 @@ void TestNarrowText::fileNames()
 {
     const QString name = QStringLiteral("C:/Users/Jörg/update.json");
     QCOMPARE(Platform::fromNarrow(Platform::narrowFromWide(name.toStdWString())), name);
+}
+
+void TestNarrowText::conversionChangesNoLocale()
+{
+    const auto locale = [] { return QByteArray(std::setlocale(LC_ALL, nullptr)); };
+    const QByteArray previous = locale();
+    QByteArray converters;
+    std::atomic<bool> done{false};
+    std::thread converter([&] {
+        for (int count = 0; count < 2000; ++count)
+            Platform::wideFromNarrow("text");
+        converters = locale();
+        done = true;
+    });
+    QByteArray seen = previous;
+    while (!done && seen == previous)
+        seen = locale();
+    converter.join();
+    QCOMPARE(seen, previous);
+    QCOMPARE(converters, previous);
 }
 
 QTEST_APPLESS_MAIN(TestNarrowText)
