@@ -1,4 +1,5 @@
 #include "tests/support/testcase.h"
+#include "tests/support/upgradefields.h"
 #include "upgrade/upgradejson.h"
 
 #include <QtTest/QTest>
@@ -6,46 +7,32 @@
 
 namespace {
 
-checkInPraram sampleCheck()
+const QStringList noCheck = UpgradeFields::of(checkOutParam());
+const QStringList noDownload = UpgradeFields::of(downloadOutParam());
+const QStringList emptyInfo = UpgradeFields::of(UpdateInfo());
+
+/// Empty when the text is no JSON.
+QStringList infoFields(const std::string &json)
 {
-    return {
-        "846",     "7.2.1.4",  "Norvane", "Norvane Clipwright", "20260417", "robin@mail.example",
-        "win_x64", "{request}"};
+    const std::optional<UpdateInfo> info = UpgradeJson::updateInfo(json);
+    return info ? UpgradeFields::of(*info) : QStringList();
 }
 
-QByteArray bytes(const std::string &text)
-{
-    return QByteArray::fromStdString(text);
-}
-
-std::string withMember(const QByteArray &member, const QByteArray &value)
+std::string object(const QByteArray &member, const QByteArray &value)
 {
     return QByteArray("{\"" + member + "\":" + value + '}').toStdString();
 }
 
-std::string withResult(const QByteArray &result)
+std::string result(const QByteArray &member, const QByteArray &value)
 {
-    return withMember("result", result);
+    return object("result", QByteArray::fromStdString(object(member, value)));
 }
 
-bool isDefault(const checkOutParam &answer)
+/// A record that has its default in all fields but one.
+QStringList with(QStringList fields, int index, const QString &field)
 {
-    return answer.errcode == 0 && answer.errmsg.empty() && !answer.needupgrade &&
-           !answer.forceupgrade && answer.upgradeVersion.empty() && answer.packageSize == 0 &&
-           answer.path.empty() && answer.requestId.empty();
-}
-
-bool isDefault(const downloadOutParam &answer)
-{
-    return answer.errcode == 0 && answer.errmsg.empty() && answer.version.empty() &&
-           !answer.downloaded && answer.path.empty() && answer.requestId.empty();
-}
-
-bool isEmpty(const UpdateInfo &info)
-{
-    return info.brand.empty() && info.email.empty() && info.full_url.empty() &&
-           info.whats_new_content.empty() && info.whats_new_title.empty() && info.nvid.empty() &&
-           info.ok_path.empty() && info.version.empty();
+    fields[index] = field;
+    return fields;
 }
 
 } // namespace
@@ -55,151 +42,117 @@ class TestUpgradeJson : public TestCase
     Q_OBJECT
 
 private Q_SLOTS:
-    void checkRequestIsOneLineOfStrings();
-    void downloadRequestIsOneLineOfStrings();
-    void emptyRequestKeepsAllMembers();
-    void requestTextIsEscaped_data();
-    void requestTextIsEscaped();
-
-    void checkAnswerIsRead();
-    void downloadAnswerIsRead();
-    void errorCodeOtherThanZeroLeavesResultUnread_data();
-    void errorCodeOtherThanZeroLeavesResultUnread();
+    void request_data();
+    void request();
+    void answer_data();
+    void answer();
     void textThatIsNoJsonGivesDefaults_data();
     void textThatIsNoJsonGivesDefaults();
-    void rootThatIsNoObjectReadsAsEmpty_data();
-    void rootThatIsNoObjectReadsAsEmpty();
-    void resultThatIsNoObjectIsNotRead_data();
-    void resultThatIsNoObjectIsNotRead();
-    void memberIsReadAsText_data();
-    void memberIsReadAsText();
-    void numeralIsReadLikeAtoi_data();
-    void numeralIsReadLikeAtoi();
-    void flagIsTrueForNonZero_data();
-    void flagIsTrueForNonZero();
-    void commentsAreAllowed();
-
-    void updateInfoIsRead();
-    void updateInfoMissingMembersAreEmpty();
-    void updateInfoOfOtherTypesIsEmptyText();
-
+    void member_data();
+    void member();
     void damagedAnswersNeverThrow();
 };
 
-void TestUpgradeJson::checkRequestIsOneLineOfStrings()
+void TestUpgradeJson::request_data()
 {
-    QCOMPARE(bytes(UpgradeJson::checkRequest(sampleCheck())),
-             QByteArray(R"({"brand":"Norvane","name":"Norvane Clipwright","nvid":"20260417",)"
-                        R"("pid":"846","platform":"win_x64","version":"7.2.1.4"})"
-                        "\n"));
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<QByteArray>("expected");
+    const auto row = [](const char *name, const std::string &line, const QByteArray &expected) {
+        QTest::newRow(name) << QByteArray::fromStdString(line) << expected + '\n';
+    };
+
+    row("check",
+        UpgradeJson::checkRequest({"846", "7.2.1.4", "Norvane", "Norvane Clipwright", "20260417",
+                                   "robin@mail.example", "win_x64", "{request}"}),
+        R"({"brand":"Norvane","name":"Norvane Clipwright","nvid":"20260417",)"
+        R"("pid":"846","platform":"win_x64","version":"7.2.1.4"})");
+    row("empty check", UpgradeJson::checkRequest({}),
+        R"({"brand":"","name":"","nvid":"","pid":"","platform":"","version":""})");
+    row("download", UpgradeJson::downloadRequest({"846", "8.0.0.1", "C:/offer.json", "{request}"}),
+        R"({"path":"C:/offer.json","pid":"846","version":"8.0.0.1"})");
+    row("empty download", UpgradeJson::downloadRequest({}), R"({"path":"","pid":"","version":""})");
+
+    const auto pathRow = [&](const char *name, const QByteArray &path, const QByteArray &written) {
+        downloadInPraram params;
+        params.path = path.toStdString();
+        row(name, UpgradeJson::downloadRequest(params),
+            R"({"path":")" + written + R"(","pid":"","version":""})");
+    };
+    pathRow("quote", "a\"b", R"(a\"b)");
+    pathRow("backslash", R"(C:\Temp\x)", R"(C:\\Temp\\x)");
+    pathRow("line end", "a\nb\r\t", R"(a\nb\r\t)");
+    pathRow("control character", "a\x01", R"(a\u0001)");
+    pathRow("zero", QByteArray("a\0b", 3), R"(a\u0000b)");
+    pathRow("umlaut", "ü", R"(\u00fc)");
+    pathRow("outside the basic plane", "🎬", R"(\ud83c\udfac)");
 }
 
-void TestUpgradeJson::downloadRequestIsOneLineOfStrings()
+void TestUpgradeJson::request()
 {
-    QCOMPARE(bytes(UpgradeJson::downloadRequest(
-                 {"846", "8.0.0.1", "C:/Users/Robin/offer.json", "{request}"})),
-             QByteArray(R"({"path":"C:/Users/Robin/offer.json","pid":"846","version":"8.0.0.1"})"
-                        "\n"));
+    QFETCH(QByteArray, line);
+    QTEST(line, "expected");
 }
 
-void TestUpgradeJson::emptyRequestKeepsAllMembers()
+void TestUpgradeJson::answer_data()
 {
-    QCOMPARE(bytes(UpgradeJson::checkRequest({})),
-             QByteArray(R"({"brand":"","name":"","nvid":"","pid":"","platform":"","version":""})"
-                        "\n"));
-    QCOMPARE(bytes(UpgradeJson::downloadRequest({})),
-             QByteArray(R"({"path":"","pid":"","version":""})"
-                        "\n"));
-}
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QStringList>("check");
+    QTest::addColumn<QStringList>("download");
+    QTest::addColumn<QStringList>("info");
+    const auto row = [](const char *name, const QByteArray &json, const QStringList &check,
+                        const QStringList &download, const QStringList &info = emptyInfo) {
+        QTest::newRow(name) << json << check << download << info;
+    };
+    const auto list = [](const char *fields) {
+        return QString::fromUtf8(fields).split(QLatin1Char('|'));
+    };
 
-void TestUpgradeJson::requestTextIsEscaped_data()
-{
-    QTest::addColumn<QByteArray>("path");
-    QTest::addColumn<QByteArray>("written");
-
-    QTest::newRow("quote") << QByteArray("a\"b") << QByteArray(R"(a\"b)");
-    QTest::newRow("backslash") << QByteArray(R"(C:\Temp\x)") << QByteArray(R"(C:\\Temp\\x)");
-    QTest::newRow("line end") << QByteArray("a\nb\r\t") << QByteArray(R"(a\nb\r\t)");
-    QTest::newRow("control character") << QByteArray("a\x01") << QByteArray(R"(a\u0001)");
-    QTest::newRow("zero") << QByteArray("a\0b", 3) << QByteArray(R"(a\u0000b)");
-    QTest::newRow("umlaut") << QByteArray("ü") << QByteArray(R"(\u00fc)");
-    QTest::newRow("outside the basic plane") << QByteArray("🎬") << QByteArray(R"(\ud83c\udfac)");
-}
-
-void TestUpgradeJson::requestTextIsEscaped()
-{
-    QFETCH(QByteArray, path);
-    QFETCH(QByteArray, written);
-    downloadInPraram params;
-    params.path = path.toStdString();
-    QCOMPARE(bytes(UpgradeJson::downloadRequest(params)),
-             QByteArray("{\"path\":\"" + written + "\",\"pid\":\"\",\"version\":\"\"}\n"));
-}
-
-void TestUpgradeJson::checkAnswerIsRead()
-{
-    const checkOutParam answer = UpgradeJson::checkAnswer(
+    row("check",
         R"({"errcode":"0","errmsg":"fine","result":{"needupgrade":"1","forceupgrade":"2",)"
-        R"("upgradeVersion":"8.0.0.1","packageSize":"25165824","path":"D:/Möbel/offer.json"}})");
-    QCOMPARE(answer.errcode, 0);
-    QCOMPARE(bytes(answer.errmsg), QByteArray("fine"));
-    QVERIFY(answer.needupgrade);
-    QVERIFY(answer.forceupgrade);
-    QCOMPARE(bytes(answer.upgradeVersion), QByteArray("8.0.0.1"));
-    QCOMPARE(answer.packageSize, 25165824);
-    QCOMPARE(bytes(answer.path), QByteArray("D:/Möbel/offer.json"));
-    QVERIFY(answer.requestId.empty());
-}
-
-void TestUpgradeJson::downloadAnswerIsRead()
-{
-    const downloadOutParam answer = UpgradeJson::downloadAnswer(
+        R"("upgradeVersion":"8.0.0.1","packageSize":"25165824","path":"D:/Möbel/offer.json"}})",
+        list("0|fine|1|1|8.0.0.1|25165824|D:/Möbel/offer.json|"),
+        list("0|fine||0|D:/Möbel/offer.json|"));
+    row("download",
         R"({"errcode":"0","errmsg":"fine","result":{"version":"8.0.0.1","downloaded":"1",)"
-        R"("path":"D:/package"}})");
-    QCOMPARE(answer.errcode, 0);
-    QCOMPARE(bytes(answer.errmsg), QByteArray("fine"));
-    QCOMPARE(bytes(answer.version), QByteArray("8.0.0.1"));
-    QVERIFY(answer.downloaded);
-    QCOMPARE(bytes(answer.path), QByteArray("D:/package"));
-    QVERIFY(answer.requestId.empty());
+        R"("path":"D:/package"}})",
+        list("0|fine|0|0||0|D:/package|"), list("0|fine|8.0.0.1|1|D:/package|"));
+    row("update description",
+        R"({"brand":"b","email":"e","full_url":"f","whats_new_content":"c",)"
+        R"("whats_new_title":"t","nvid":"n","ok_path":"p","version":"v","more":"m"})",
+        noCheck, noDownload, list("b|e|f|c|t|n|p|v"));
+    row("comments", "// a remark\n{\"errcode\": /* really */ \"5\"}",
+        with(noCheck, 0, QStringLiteral("5")), with(noDownload, 0, QStringLiteral("5")));
+
+    for (const auto &[code, errcode] : {std::pair{R"("12")", 12},
+                                        {R"("-2")", -2},
+                                        {"12", 12},
+                                        {R"("4294967296")", std::numeric_limits<int>::max()}}) {
+        const QString number = QString::number(errcode);
+        const QByteArray json = QByteArray(R"({"errcode":)") + code +
+                                R"(,"errmsg":"no","result":{"needupgrade":"1","forceupgrade":"1",)"
+                                R"("upgradeVersion":"8","packageSize":"1","path":"p",)"
+                                R"("version":"8","downloaded":"1"}})";
+        QTest::addRow("error %s", code)
+            << json << with(with(noCheck, 0, number), 1, QStringLiteral("no"))
+            << with(with(noDownload, 0, number), 1, QStringLiteral("no")) << emptyInfo;
+    }
+
+    for (const char *root : {R"([{"errcode":"5"}])", "[]", R"("errcode")", "5", "true", "null"}) {
+        QTest::addRow("root %s", root) << QByteArray(root) << noCheck << noDownload << emptyInfo;
+    }
+    for (const char *value :
+         {R"([{"needupgrade":"1","downloaded":"1"}])", R"("needupgrade")", "1", "true", "null"}) {
+        QTest::addRow("result %s", value) << QByteArray::fromStdString(object("result", value))
+                                          << noCheck << noDownload << emptyInfo;
+    }
 }
 
-void TestUpgradeJson::errorCodeOtherThanZeroLeavesResultUnread_data()
+void TestUpgradeJson::answer()
 {
-    QTest::addColumn<QByteArray>("code");
-    QTest::addColumn<int>("errcode");
-
-    QTest::newRow("12") << QByteArray(R"("12")") << 12;
-    QTest::newRow("negative") << QByteArray(R"("-2")") << -2;
-    QTest::newRow("a number") << QByteArray("12") << 12;
-    QTest::newRow("too large for 32 bits")
-        << QByteArray(R"("4294967296")") << std::numeric_limits<int>::max();
-}
-
-void TestUpgradeJson::errorCodeOtherThanZeroLeavesResultUnread()
-{
-    QFETCH(QByteArray, code);
-    QFETCH(int, errcode);
-    const std::string json =
-        QByteArray(R"({"errcode":)" + code +
-                   R"(,"errmsg":"no","result":{"needupgrade":"1","forceupgrade":"1",)"
-                   R"("upgradeVersion":"8","packageSize":"1","path":"p","version":"8",)"
-                   R"("downloaded":"1"}})")
-            .toStdString();
-
-    checkOutParam check = UpgradeJson::checkAnswer(json);
-    QCOMPARE(check.errcode, errcode);
-    QCOMPARE(bytes(check.errmsg), QByteArray("no"));
-    check.errcode = 0;
-    check.errmsg.clear();
-    QVERIFY(isDefault(check));
-
-    downloadOutParam download = UpgradeJson::downloadAnswer(json);
-    QCOMPARE(download.errcode, errcode);
-    QCOMPARE(bytes(download.errmsg), QByteArray("no"));
-    download.errcode = 0;
-    download.errmsg.clear();
-    QVERIFY(isDefault(download));
+    QFETCH(QByteArray, json);
+    QTEST(UpgradeFields::of(UpgradeJson::checkAnswer(json.toStdString())), "check");
+    QTEST(UpgradeFields::of(UpgradeJson::downloadAnswer(json.toStdString())), "download");
+    QTEST(infoFields(json.toStdString()), "info");
 }
 
 void TestUpgradeJson::textThatIsNoJsonGivesDefaults_data()
@@ -228,201 +181,94 @@ void TestUpgradeJson::textThatIsNoJsonGivesDefaults_data()
 void TestUpgradeJson::textThatIsNoJsonGivesDefaults()
 {
     QFETCH(QByteArray, json);
-    QVERIFY(isDefault(UpgradeJson::checkAnswer(json.toStdString())));
-    QVERIFY(isDefault(UpgradeJson::downloadAnswer(json.toStdString())));
-    QVERIFY(!UpgradeJson::updateInfo(json.toStdString()));
+    QCOMPARE(UpgradeFields::of(UpgradeJson::checkAnswer(json.toStdString())), noCheck);
+    QCOMPARE(UpgradeFields::of(UpgradeJson::downloadAnswer(json.toStdString())), noDownload);
+    QCOMPARE(infoFields(json.toStdString()), QStringList());
 }
 
-void TestUpgradeJson::rootThatIsNoObjectReadsAsEmpty_data()
-{
-    QTest::addColumn<QByteArray>("json");
-
-    QTest::newRow("array") << QByteArray(R"([{"errcode":"5"}])");
-    QTest::newRow("empty array") << QByteArray("[]");
-    QTest::newRow("text") << QByteArray(R"("errcode")");
-    QTest::newRow("number") << QByteArray("5");
-    QTest::newRow("boolean") << QByteArray("true");
-    QTest::newRow("null") << QByteArray("null");
-}
-
-void TestUpgradeJson::rootThatIsNoObjectReadsAsEmpty()
-{
-    QFETCH(QByteArray, json);
-    QVERIFY(isDefault(UpgradeJson::checkAnswer(json.toStdString())));
-    QVERIFY(isDefault(UpgradeJson::downloadAnswer(json.toStdString())));
-    const std::optional<UpdateInfo> info = UpgradeJson::updateInfo(json.toStdString());
-    QVERIFY(info);
-    QVERIFY(isEmpty(*info));
-}
-
-void TestUpgradeJson::resultThatIsNoObjectIsNotRead_data()
-{
-    QTest::addColumn<QByteArray>("result");
-
-    QTest::newRow("array") << QByteArray(R"([{"needupgrade":"1","downloaded":"1"}])");
-    QTest::newRow("text") << QByteArray(R"("needupgrade")");
-    QTest::newRow("number") << QByteArray("1");
-    QTest::newRow("boolean") << QByteArray("true");
-    QTest::newRow("null") << QByteArray("null");
-}
-
-void TestUpgradeJson::resultThatIsNoObjectIsNotRead()
-{
-    QFETCH(QByteArray, result);
-    QVERIFY(isDefault(UpgradeJson::checkAnswer(withResult(result))));
-    QVERIFY(isDefault(UpgradeJson::downloadAnswer(withResult(result))));
-}
-
-void TestUpgradeJson::memberIsReadAsText_data()
+void TestUpgradeJson::member_data()
 {
     QTest::addColumn<QByteArray>("value");
     QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<int>("number"); // as atoi() reads the text
+    const auto row = [](const char *name, const QByteArray &value, const QByteArray &text,
+                        int number = 0) { QTest::newRow(name) << value << text << number; };
+    using Limits = std::numeric_limits<int>;
 
-    QTest::newRow("text") << QByteArray(R"("a \"b\" \u00fc")") << QByteArray("a \"b\" ü");
-    QTest::newRow("zero in the text") << QByteArray(R"("a\u0000b")") << QByteArray("a\0b", 3);
-    QTest::newRow("empty text") << QByteArray(R"("")") << QByteArray();
-    QTest::newRow("number") << QByteArray("12") << QByteArray("12");
-    QTest::newRow("negative number") << QByteArray("-12") << QByteArray("-12");
-    QTest::newRow("large number") << QByteArray("18446744073709551615")
-                                  << QByteArray("18446744073709551615");
-    QTest::newRow("largest power of ten") << QByteArray("1e308") << QByteArray("1e+308");
-    QTest::newRow("too small for a fraction") << QByteArray("1e-999") << QByteArray("0.0");
-    QTest::newRow("fraction") << QByteArray("2.5") << QByteArray("2.5");
-    QTest::newRow("true") << QByteArray("true") << QByteArray("true");
-    QTest::newRow("false") << QByteArray("false") << QByteArray("false");
-    QTest::newRow("null") << QByteArray("null") << QByteArray();
-    QTest::newRow("array") << QByteArray(R"(["a"])") << QByteArray();
-    QTest::newRow("object") << QByteArray(R"({"a":"b"})") << QByteArray();
+    row("text", R"("a \"b\" \u00fc")", "a \"b\" ü");
+    row("empty text", R"("")", {});
+    row("zero in the text", R"("a\u0000b")", QByteArray("a\0b", 3));
+    row("digits after a zero character", R"("4\u00002")", QByteArray("4\0002", 3), 4);
+    row("numeral", R"("42")", "42", 42);
+    row("one", R"("1")", "1", 1);
+    row("leading digits", R"("42 bytes")", "42 bytes", 42);
+    row("blanks before", R"("  42")", "  42", 42);
+    row("leading zeros", R"("0042")", "0042", 42);
+    row("plus sign", R"("+42")", "+42", 42);
+    row("minus sign", R"("-42")", "-42", -42);
+    row("hexadecimal", R"("0x42")", "0x42");
+    row("largest", R"("2147483647")", "2147483647", Limits::max());
+    row("over the largest", R"("2147483648")", "2147483648", Limits::max());
+    row("far over the largest", R"("99999999999999999999999")", "99999999999999999999999",
+        Limits::max());
+    row("far below the smallest", R"("-99999999999999999999999")", "-99999999999999999999999",
+        Limits::min());
+    row("number", "12", "12", 12);
+    row("negative number", "-12", "-12", -12);
+    row("large number", "18446744073709551615", "18446744073709551615", Limits::max());
+    row("largest power of ten", "1e308", "1e+308", 1);
+    row("too small for a fraction", "1e-999", "0.0");
+    row("fraction", "42.5", "42.5", 42);
+    row("true has no digits", "true", "true");
+    row("false", "false", "false");
+    row("null", "null", {});
+    row("array", R"(["1"])", {});
+    row("array of a number", "[42]", {});
+    row("object", R"({"1":"1"})", {});
 }
 
-void TestUpgradeJson::memberIsReadAsText()
+void TestUpgradeJson::member()
 {
     QFETCH(QByteArray, value);
     QFETCH(QByteArray, text);
-
-    QCOMPARE(bytes(UpgradeJson::checkAnswer(withMember("errmsg", value)).errmsg), text);
-    QCOMPARE(bytes(UpgradeJson::downloadAnswer(withMember("errmsg", value)).errmsg), text);
-
-    const QByteArray result = QByteArray::fromStdString(withMember("path", value));
-    QCOMPARE(bytes(UpgradeJson::checkAnswer(withResult(result)).path), text);
-    QCOMPARE(bytes(UpgradeJson::downloadAnswer(withResult(result)).path), text);
-
-    const QByteArray version = QByteArray::fromStdString(withMember("upgradeVersion", value));
-    QCOMPARE(bytes(UpgradeJson::checkAnswer(withResult(version)).upgradeVersion), text);
-
-    const std::optional<UpdateInfo> info = UpgradeJson::updateInfo(withMember("version", value));
-    QVERIFY(info);
-    QCOMPARE(bytes(info->version), text);
-}
-
-void TestUpgradeJson::numeralIsReadLikeAtoi_data()
-{
-    QTest::addColumn<QByteArray>("value");
-    QTest::addColumn<int>("number");
-
-    QTest::newRow("numeral") << QByteArray(R"("42")") << 42;
-    QTest::newRow("number") << QByteArray("42") << 42;
-    QTest::newRow("fraction") << QByteArray("42.9") << 42;
-    QTest::newRow("leading digits") << QByteArray(R"("42 bytes")") << 42;
-    QTest::newRow("blanks before") << QByteArray(R"("  42")") << 42;
-    QTest::newRow("leading zeros") << QByteArray(R"("0042")") << 42;
-    QTest::newRow("plus sign") << QByteArray(R"("+42")") << 42;
-    QTest::newRow("minus sign") << QByteArray(R"("-42")") << -42;
-    QTest::newRow("hexadecimal") << QByteArray(R"("0x42")") << 0;
-    QTest::newRow("words") << QByteArray(R"("many")") << 0;
-    QTest::newRow("empty") << QByteArray(R"("")") << 0;
-    QTest::newRow("null") << QByteArray("null") << 0;
-    QTest::newRow("array") << QByteArray("[42]") << 0;
-    QTest::newRow("digits after a zero character") << QByteArray(R"("4\u00002")") << 4;
-    QTest::newRow("largest") << QByteArray(R"("2147483647")") << std::numeric_limits<int>::max();
-    QTest::newRow("over the largest")
-        << QByteArray(R"("2147483648")") << std::numeric_limits<int>::max();
-    QTest::newRow("far over the largest")
-        << QByteArray(R"("99999999999999999999999")") << std::numeric_limits<int>::max();
-    QTest::newRow("far below the smallest")
-        << QByteArray(R"("-99999999999999999999999")") << std::numeric_limits<int>::min();
-}
-
-void TestUpgradeJson::numeralIsReadLikeAtoi()
-{
-    QFETCH(QByteArray, value);
     QFETCH(int, number);
-    QCOMPARE(UpgradeJson::checkAnswer(withMember("errcode", value)).errcode, number);
-    QCOMPARE(UpgradeJson::downloadAnswer(withMember("errcode", value)).errcode, number);
-    const QByteArray result = QByteArray::fromStdString(withMember("packageSize", value));
-    QCOMPARE(UpgradeJson::checkAnswer(withResult(result)).packageSize, number);
-}
-
-void TestUpgradeJson::flagIsTrueForNonZero_data()
-{
-    QTest::addColumn<QByteArray>("value");
-    QTest::addColumn<bool>("flag");
-
-    QTest::newRow("one") << QByteArray(R"("1")") << true;
-    QTest::newRow("zero") << QByteArray(R"("0")") << false;
-    QTest::newRow("minus one") << QByteArray(R"("-1")") << true;
-    QTest::newRow("a number") << QByteArray("1") << true;
-    QTest::newRow("a word") << QByteArray(R"("true")") << false;
-    QTest::newRow("a boolean has no digits") << QByteArray("true") << false;
-    QTest::newRow("null") << QByteArray("null") << false;
-}
-
-void TestUpgradeJson::flagIsTrueForNonZero()
-{
-    QFETCH(QByteArray, value);
-    QFETCH(bool, flag);
-    const auto check = [&](const char *member) {
-        return UpgradeJson::checkAnswer(
-            withResult(QByteArray::fromStdString(withMember(member, value))));
+    const QString asText = UpgradeFields::text(text.toStdString());
+    const QString asNumber = QString::number(number);
+    const QString asFlag = number == 0 ? QStringLiteral("0") : QStringLiteral("1");
+    struct Member
+    {
+        const char *name;
+        QString field;
     };
-    QCOMPARE(check("needupgrade").needupgrade, flag);
-    QVERIFY(!check("needupgrade").forceupgrade);
-    QCOMPARE(check("forceupgrade").forceupgrade, flag);
-    QVERIFY(!check("forceupgrade").needupgrade);
-    QCOMPARE(UpgradeJson::downloadAnswer(
-                 withResult(QByteArray::fromStdString(withMember("downloaded", value))))
-                 .downloaded,
-             flag);
-}
 
-void TestUpgradeJson::commentsAreAllowed()
-{
-    QCOMPARE(UpgradeJson::checkAnswer("// a remark\n{\"errcode\": /* really */ \"5\"}").errcode, 5);
-}
+    const Member outcome[] = {{"errcode", asNumber}, {"errmsg", asText}};
+    for (int index = 0; index < 2; ++index) {
+        const auto &[name, field] = outcome[index];
+        const std::string json = object(name, value);
+        QCOMPARE(UpgradeFields::of(UpgradeJson::checkAnswer(json)), with(noCheck, index, field));
+        QCOMPARE(UpgradeFields::of(UpgradeJson::downloadAnswer(json)),
+                 with(noDownload, index, field));
+    }
 
-void TestUpgradeJson::updateInfoIsRead()
-{
-    const std::optional<UpdateInfo> info = UpgradeJson::updateInfo(
-        R"({"brand":"b","email":"e","full_url":"f","whats_new_content":"c",)"
-        R"("whats_new_title":"t","nvid":"n","ok_path":"p","version":"v","more":"m"})");
-    QVERIFY(info);
-    QCOMPARE(bytes(info->brand), QByteArray("b"));
-    QCOMPARE(bytes(info->email), QByteArray("e"));
-    QCOMPARE(bytes(info->full_url), QByteArray("f"));
-    QCOMPARE(bytes(info->whats_new_content), QByteArray("c"));
-    QCOMPARE(bytes(info->whats_new_title), QByteArray("t"));
-    QCOMPARE(bytes(info->nvid), QByteArray("n"));
-    QCOMPARE(bytes(info->ok_path), QByteArray("p"));
-    QCOMPARE(bytes(info->version), QByteArray("v"));
-}
-
-void TestUpgradeJson::updateInfoMissingMembersAreEmpty()
-{
-    const std::optional<UpdateInfo> info = UpgradeJson::updateInfo(R"({"version":"8.0.0.1"})");
-    QVERIFY(info);
-    QCOMPARE(bytes(info->version), QByteArray("8.0.0.1"));
-    UpdateInfo others = *info;
-    others.version.clear();
-    QVERIFY(isEmpty(others));
-}
-
-void TestUpgradeJson::updateInfoOfOtherTypesIsEmptyText()
-{
-    const std::optional<UpdateInfo> info = UpgradeJson::updateInfo(
-        R"({"brand":[],"email":{},"full_url":null,"whats_new_content":["line"],)"
-        R"("whats_new_title":{"en":"t"},"nvid":[1],"ok_path":[[]],"version":{"major":8}})");
-    QVERIFY(info);
-    QVERIFY(isEmpty(*info));
+    int index = 2;
+    for (const auto &[name, field] : {Member{"needupgrade", asFlag},
+                                      {"forceupgrade", asFlag},
+                                      {"upgradeVersion", asText},
+                                      {"packageSize", asNumber},
+                                      {"path", asText}}) {
+        QCOMPARE(UpgradeFields::of(UpgradeJson::checkAnswer(result(name, value))),
+                 with(noCheck, index++, field));
+    }
+    index = 2;
+    for (const auto &[name, field] :
+         {Member{"version", asText}, {"downloaded", asFlag}, {"path", asText}}) {
+        QCOMPARE(UpgradeFields::of(UpgradeJson::downloadAnswer(result(name, value))),
+                 with(noDownload, index++, field));
+    }
+    index = 0;
+    for (const char *name : {"brand", "email", "full_url", "whats_new_content", "whats_new_title",
+                             "nvid", "ok_path", "version"})
+        QCOMPARE(infoFields(object(name, value)), with(emptyInfo, index++, asText));
 }
 
 void TestUpgradeJson::damagedAnswersNeverThrow()
