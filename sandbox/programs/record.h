@@ -1,5 +1,6 @@
 #pragma once
 
+#include "sandbox/programs/instructions.h"
 #include "sandbox/programs/process.h"
 
 #include <chrono>
@@ -9,35 +10,11 @@
 #include <iostream>
 #include <string>
 #include <thread>
-#include <utility>
 #include <vector>
 
-/// What the sample programs share: a list of "key=value" lines that tells them what to do, and a
-/// record of the arguments that they received.
+/// What the sample programs share: the common instructions, and a record of the arguments that
+/// they received.
 namespace Sample {
-
-using Instructions = std::vector<std::pair<std::string, std::string>>;
-
-inline Instructions readInstructions(const std::filesystem::path &file)
-{
-    Instructions instructions;
-    std::ifstream stream(file);
-    for (std::string line; std::getline(stream, line);) {
-        const std::size_t equals = line.find('=');
-        if (equals != std::string::npos)
-            instructions.emplace_back(line.substr(0, equals), line.substr(equals + 1));
-    }
-    return instructions;
-}
-
-inline std::string value(const Instructions &instructions, const std::string &key)
-{
-    for (const auto &[name, text] : instructions) {
-        if (name == key)
-            return text;
-    }
-    return {};
-}
 
 /// Writes the arguments of this start, and beside them a line for each start so far.
 inline void recordArguments(const std::filesystem::path &file,

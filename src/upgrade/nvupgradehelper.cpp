@@ -214,9 +214,14 @@ void NvUpgradeHelper::ensureThreadRuns()
 void NvUpgradeHelper::takeOverUpdateInfo(const std::string &describedBy)
 {
     const QString source = Platform::fromNarrow(describedBy);
-    if (isFile(source)) {
-        QFile::remove(updateInfoFile());
-        QFile::copy(source, updateInfoFile());
+    const QString target = updateInfoFile();
+    // Remove the earlier bytes last: the disk may be full, or the answer may name the target.
+    const QString copy = target + QStringLiteral(".~tmp");
+    QFile::remove(copy);
+    if (isFile(source) && QFile::copy(source, copy)) {
+        QFile::remove(target);
+        if (!QFile::rename(copy, target))
+            QFile::remove(copy);
     }
     reloadUpdateInfo();
 }

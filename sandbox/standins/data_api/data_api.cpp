@@ -4,6 +4,8 @@
 
 #include "data_api.h"
 
+#include "sandbox/standins/jsonline.h"
+
 #include <cstdio>
 #include <filesystem>
 #include <json/json.h>
@@ -43,10 +45,7 @@ int append(const Json::Value &call)
 {
     if (!record)
         return -1;
-    Json::StreamWriterBuilder writer;
-    writer["indentation"] = "";
-    writer["emitUTF8"] = true;
-    const std::string line = Json::writeString(writer, call) + '\n';
+    const std::string line = jsonLine(call);
     if (std::fwrite(line.data(), 1, line.size(), record) != line.size())
         return -1;
     // One write per line reaches the file at once, so that a reader sees whole lines even while
@@ -76,20 +75,13 @@ int data_base_info(const char *property, int productId, const char *productVersi
 {
     Json::Value call;
     call["call"] = "data_base_info";
-    Json::Value &arguments = call["arguments"] = Json::Value(Json::arrayValue);
-    arguments.append(property);
-    arguments.append(productId);
-    arguments.append(productVersion);
-    arguments.append(timeZoneOffset);
-    arguments.append(localAddress);
-    arguments.append(installLanguage);
-    arguments.append(platform);
-    arguments.append(osVersion);
-    arguments.append(bitness);
-    arguments.append(systemLanguage);
-    arguments.append(installTime);
-    arguments.append(reserved);
-    arguments.append(uid);
+    for (const Json::Value &argument :
+         {Json::Value(property), Json::Value(productId), Json::Value(productVersion),
+          Json::Value(timeZoneOffset), Json::Value(localAddress), Json::Value(installLanguage),
+          Json::Value(platform), Json::Value(osVersion), Json::Value(bitness),
+          Json::Value(systemLanguage), Json::Value(installTime), Json::Value(reserved),
+          Json::Value(uid)})
+        call["arguments"].append(argument);
     return append(call);
 }
 

@@ -8,6 +8,8 @@
 //                     target           file into which the package goes, "downloaded" beside it
 //                     chunk            bytes copied at a time, 1048576
 //                     odd_progress     a number that is reported first, whatever it means
+//                     late_progress    a number that stop() reports to the last download, over or
+//                                      not, and then once more without its context
 //                     check_delay      milliseconds that a check takes
 //                     download_delay   milliseconds that each chunk takes
 //                     never_return     "check" or "download": waits for stop(), for good without it
@@ -19,6 +21,9 @@
 
 #include "nvupgrade.h"
 
+#include "sandbox/programs/instructions.h"
+#include "sandbox/standins/jsonline.h"
+
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
@@ -29,98 +34,52 @@
 #include <functional>
 #include <iterator>
 #include <json/json.h>
-#include <map>
+#include <locale>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <thread>
+#include <type_traits>
 #include <vector>
 
 namespace fs = std::filesystem;
 
 namespace {
 
-constexpr char32_t replacement = 0xFFFD;
+/// wchar_t holds UTF-16 on one system and UTF-32 on the other.
+using Unit = std::conditional_t<sizeof(wchar_t) == sizeof(char16_t), char16_t, char32_t>;
+using Utf8 = std::codecvt<Unit, char, std::mbstate_t>;
 
-bool isSurrogate(char32_t character)
+const Utf8 &utf8()
 {
-    return character >= 0xD800 && character <= 0xDFFF;
+    return std::use_facet<Utf8>(std::locale::classic());
 }
 
-void appendUtf8(std::string &text, char32_t character)
-{
-    const auto byte = [&](char32_t bits) { text += static_cast<char>(bits); };
-    if (character < 0x80) {
-        byte(character);
-    } else if (character < 0x800) {
-        byte(0xC0 | character >> 6);
-        byte(0x80 | (character & 0x3F));
-    } else if (character < 0x10000) {
-        byte(0xE0 | character >> 12);
-        byte(0x80 | (character >> 6 & 0x3F));
-        byte(0x80 | (character & 0x3F));
-    } else {
-        byte(0xF0 | character >> 18);
-        byte(0x80 | (character >> 12 & 0x3F));
-        byte(0x80 | (character >> 6 & 0x3F));
-        byte(0x80 | (character & 0x3F));
-    }
-}
-
-/// wchar_t holds UTF-16 on one system and UTF-32 on the other; pairs of surrogates are put
-/// together in either.
-std::string utf8FromWide(const wchar_t *wide)
-{
-    std::string text;
-    for (; *wide; ++wide) {
-        auto character = static_cast<char32_t>(*wide);
-        if (isSurrogate(character)) {
-            const auto next = static_cast<char32_t>(wide[1]);
-            if (character < 0xDC00 && next >= 0xDC00 && next <= 0xDFFF) {
-                character = 0x10000 + ((character - 0xD800) << 10) + (next - 0xDC00);
-                ++wide;
-            } else {
-                character = replacement;
-            }
-        }
-        appendUtf8(text, character <= 0x10FFFF ? character : replacement);
-    }
-    return text;
-}
-
-void appendWide(std::wstring &text, char32_t character)
-{
-    if (sizeof(wchar_t) == 2 && character >= 0x10000) {
-        text += static_cast<wchar_t>(0xD800 + ((character - 0x10000) >> 10));
-        text += static_cast<wchar_t>(0xDC00 + ((character - 0x10000) & 0x3FF));
-    } else {
-        text += static_cast<wchar_t>(character);
-    }
-}
-
+/// Text that is no UTF-8 ends in a replacement character where it goes wrong.
 std::wstring wideFromUtf8(const std::string &text)
 {
-    std::wstring wide;
-    for (std::size_t at = 0; at < text.size();) {
-        const auto first = static_cast<unsigned char>(text[at++]);
-        if (first < 0x80) {
-            appendWide(wide, first);
-            continue;
-        }
-        const int following = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : first >= 0xC0 ? 1 : 0;
-        constexpr char32_t smallest[] = {0x110000, 0x80, 0x800, 0x10000};
-        char32_t character = first & (0x3Fu >> following);
-        bool complete = first < 0xF8;
-        for (int count = 0; count < following && complete; ++count) {
-            complete = at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;
-            if (complete)
-                character = character << 6 | (static_cast<unsigned char>(text[at++]) & 0x3Fu);
-        }
-        const bool valid = complete && character >= smallest[following] && character <= 0x10FFFF &&
-                           !isSurrogate(character);
-        appendWide(wide, valid ? character : replacement);
-    }
-    return wide;
+    std::basic_string<Unit> wide(text.size(), Unit());
+    std::mbstate_t state{};
+    const char *read = nullptr;
+    Unit *end = nullptr;
+    const auto outcome = utf8().in(state, text.data(), text.data() + text.size(), read, wide.data(),
+                                   wide.data() + wide.size(), end);
+    std::wstring result(wide.data(), end);
+    if (outcome != Utf8::ok)
+        result += L'\xFFFD';
+    return result;
+}
+
+std::string utf8FromWide(const std::wstring &wide)
+{
+    const std::basic_string<Unit> units(wide.begin(), wide.end());
+    std::string text(units.size() * 4, '\0');
+    std::mbstate_t state{};
+    const Unit *read = nullptr;
+    char *end = nullptr;
+    utf8().out(state, units.data(), units.data() + units.size(), read, text.data(),
+               text.data() + text.size(), end);
+    text.resize(static_cast<std::size_t>(end - text.data()));
+    return text;
 }
 
 fs::path feedFolder()
@@ -133,34 +92,16 @@ fs::path feedFolder()
     return folder ? fs::path(folder) : fs::path();
 }
 
-class Orders
+Sample::Instructions ordersIn(const fs::path &feed)
 {
-public:
-    explicit Orders(const fs::path &file)
-    {
-        std::ifstream in(file);
-        for (std::string line; std::getline(in, line);) {
-            const std::size_t separator = line.find('=');
-            if (separator != std::string::npos)
-                m_values[line.substr(0, separator)] = line.substr(separator + 1);
-        }
-    }
+    return Sample::readInstructions(feed / "orders.txt");
+}
 
-    std::string text(const std::string &key, const std::string &missing = {}) const
-    {
-        const auto found = m_values.find(key);
-        return found == m_values.end() ? missing : found->second;
-    }
-
-    long long number(const std::string &key, long long missing) const
-    {
-        const auto found = m_values.find(key);
-        return found == m_values.end() ? missing : std::strtoll(found->second.c_str(), nullptr, 10);
-    }
-
-private:
-    std::map<std::string, std::string> m_values;
-};
+long long number(const Sample::Instructions &orders, const char *key, long long missing)
+{
+    const std::string digits = Sample::value(orders, key);
+    return digits.empty() ? missing : std::strtoll(digits.c_str(), nullptr, 10);
+}
 
 std::string errorAnswer(const char *code, const char *message)
 {
@@ -172,12 +113,16 @@ std::string stoppedAnswer()
     return errorAnswer("-2", "stopped");
 }
 
-/// A file's text; nothing when it cannot be read.
-std::optional<std::string> fileText(const fs::path &file)
+std::string copyFailedAnswer()
+{
+    return errorAnswer("-3", "cannot copy the package");
+}
+
+std::string answerIn(const fs::path &file)
 {
     std::ifstream in(file, std::ios::binary);
     if (!in)
-        return {};
+        return errorAnswer("-1", "no answer in the feed");
     return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
@@ -209,17 +154,10 @@ public:
     }
 
     /// Returns false when the work was stopped before the time was over.
-    bool pause(long long milliseconds)
+    bool pause(std::chrono::milliseconds time)
     {
         std::unique_lock lock(m_mutex);
-        return !m_changed.wait_for(lock, std::chrono::milliseconds(milliseconds),
-                                   [this] { return m_stopped; });
-    }
-
-    void waitForStop()
-    {
-        std::unique_lock lock(m_mutex);
-        m_changed.wait(lock, [this] { return m_stopped; });
+        return !m_changed.wait_for(lock, time, [this] { return m_stopped; });
     }
 
 private:
@@ -234,12 +172,8 @@ std::mutex recordMutex;
 
 void record(const Json::Value &call)
 {
-    Json::StreamWriterBuilder writer;
-    writer["indentation"] = "";
-    writer["emitUTF8"] = true;
-    const std::string line = Json::writeString(writer, call) + '\n';
     const std::lock_guard lock(recordMutex);
-    std::ofstream(feedFolder() / "calls.jsonl", std::ios::binary | std::ios::app) << line;
+    std::ofstream(feedFolder() / "calls.jsonl", std::ios::binary | std::ios::app) << jsonLine(call);
 }
 
 /// One call that blocks, from its record to its answer.
@@ -270,22 +204,27 @@ int perform(const char *name, const wchar_t *jsonIn, wchar_t *jsonOut, int outCa
     return 0;
 }
 
-std::string checkAnswer(const fs::path &feed)
+/// Waits as long as a call is ordered to take, for good if it is never to return. Returns false
+/// when stop() ended the wait.
+bool takeTime(const Sample::Instructions &orders, const char *call, long long milliseconds)
 {
-    const Orders orders(feed / "orders.txt");
-    if (orders.text("never_return") == "check") {
-        work.waitForStop();
-        return stoppedAnswer();
-    }
-    if (!work.pause(orders.number("check_delay", 0)))
-        return stoppedAnswer();
-    return fileText(feed / "check.json").value_or(errorAnswer("-1", "no answer in the feed"));
+    if (Sample::value(orders, "never_return") == call)
+        return work.pause(std::chrono::hours(24 * 365));
+    return work.pause(std::chrono::milliseconds(milliseconds));
 }
 
-/// Copies the package. Returns the error to answer; nothing when the target is complete.
-std::optional<std::string> copyPackage(const fs::path &package, const fs::path &target,
-                                       const Orders &orders,
-                                       const std::function<void(int)> &progress)
+std::string checkAnswer(const fs::path &feed)
+{
+    const Sample::Instructions orders = ordersIn(feed);
+    return takeTime(orders, "check", number(orders, "check_delay", 0))
+               ? answerIn(feed / "check.json")
+               : stoppedAnswer();
+}
+
+/// Copies the package. Returns the error to answer; empty when the target is complete.
+std::string copyPackage(const fs::path &package, const fs::path &target,
+                        const Sample::Instructions &orders,
+                        const std::function<void(int)> &progress)
 {
     std::error_code error;
     const std::uintmax_t size = fs::file_size(package, error);
@@ -293,59 +232,72 @@ std::optional<std::string> copyPackage(const fs::path &package, const fs::path &
     if (error || !in)
         return errorAnswer("-1", "no package in the feed");
     std::ofstream out(target, std::ios::binary);
-    std::vector<char> chunk(
-        static_cast<std::size_t>(std::max(1LL, orders.number("chunk", 1024LL * 1024))));
-    const long long delay = orders.number("download_delay", 0);
+    std::vector<char> chunk(static_cast<std::size_t>(number(orders, "chunk", 1024LL * 1024)));
+    const std::chrono::milliseconds delay(number(orders, "download_delay", 0));
 
+    if (!Sample::value(orders, "odd_progress").empty())
+        progress(static_cast<int>(number(orders, "odd_progress", 0)));
     int reported = 0;
-    if (const long long odd = orders.number("odd_progress", reported); odd != reported)
-        progress(static_cast<int>(odd));
     progress(reported);
     for (std::uintmax_t copied = 0; copied < size;) {
         if (!work.pause(delay))
             return stoppedAnswer();
         in.read(chunk.data(), static_cast<std::streamsize>(chunk.size()));
         if (in.gcount() == 0 || !out.write(chunk.data(), in.gcount()))
-            return errorAnswer("-3", "cannot copy the package");
+            return copyFailedAnswer();
         copied += static_cast<std::uintmax_t>(in.gcount());
         const int percent = static_cast<int>(copied * 100 / size);
         if (percent != reported)
             progress(reported = percent);
     }
-    if (!out.flush())
-        return errorAnswer("-3", "cannot copy the package");
-    return {};
+    return out.flush() ? std::string() : copyFailedAnswer();
 }
 
 std::string downloadAnswer(const fs::path &feed, const std::function<void(int)> &progress)
 {
-    const Orders orders(feed / "orders.txt");
-    if (orders.text("never_return") == "download") {
-        work.waitForStop();
+    const Sample::Instructions orders = ordersIn(feed);
+    if (!takeTime(orders, "download", 0))
         return stoppedAnswer();
-    }
-    const std::string named = orders.text("target");
+    const std::string named = Sample::value(orders, "target");
     const fs::path target = named.empty() ? feed / "downloaded" : fs::u8path(named);
     fs::path part = target;
     part += ".part";
 
-    std::optional<std::string> failure;
+    std::string failure;
     const auto copy = [&] { failure = copyPackage(feed / "package", part, orders, progress); };
-    if (orders.text("callback_thread") == "caller")
+    if (Sample::value(orders, "callback_thread") == "caller")
         copy();
     else
         std::thread(copy).join();
 
-    // Whoever finds the target finds it whole.
+    // The target appears only when it is complete.
     std::error_code error;
-    if (failure) {
-        fs::remove(part, error);
-        return *failure;
-    }
-    fs::rename(part, target, error);
+    if (failure.empty())
+        fs::rename(part, target, error);
     if (error)
-        return errorAnswer("-3", "cannot copy the package");
-    return fileText(feed / "download.json").value_or(errorAnswer("-1", "no answer in the feed"));
+        failure = copyFailedAnswer();
+    if (!failure.empty()) {
+        fs::remove(part, error);
+        return failure;
+    }
+    return answerIn(feed / "download.json");
+}
+
+/// The callback of the last download.
+std::mutex lastProgressMutex;
+nvupgrade_progress lastProgress;
+void *lastContext;
+
+void reportLate(const Sample::Instructions &orders)
+{
+    if (Sample::value(orders, "late_progress").empty())
+        return;
+    const int percent = static_cast<int>(number(orders, "late_progress", 0));
+    const std::lock_guard lock(lastProgressMutex);
+    if (lastProgress) {
+        lastProgress(percent, lastContext);
+        lastProgress(percent, nullptr);
+    }
 }
 
 } // namespace
@@ -358,6 +310,11 @@ int check_upgrade_c(const wchar_t *jsonIn, wchar_t *jsonOut, int outCapacity)
 int download_package_c(const wchar_t *jsonIn, wchar_t *jsonOut, int outCapacity,
                        nvupgrade_progress progress, void *context)
 {
+    {
+        const std::lock_guard lock(lastProgressMutex);
+        lastProgress = progress;
+        lastContext = context;
+    }
     const auto report = [=](int percent) {
         if (progress)
             progress(percent, context);
@@ -371,5 +328,6 @@ void stop()
     Json::Value call;
     call["call"] = "stop";
     record(call);
+    reportLate(ordersIn(feedFolder()));
     work.stop();
 }
