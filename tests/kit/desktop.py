@@ -63,6 +63,8 @@ class Desktop:
             self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus
             self._display = self._entered.enter_context(
                 contextlib.closing(display.Display(self.environment["DISPLAY"])))
+            # A key whose release is late on a busy machine must not count as held.
+            self._display.change_keyboard_control(auto_repeat_mode=X.AutoRepeatModeOff)
             self._display.set_error_handler(lambda *ignored: None)  # windows go while looked at
             self._root = self._display.screen().root
             if self._extent >= self.MANAGED:
