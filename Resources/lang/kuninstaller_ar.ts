@@ -174,7 +174,7 @@ Thank you!</source>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>تطبيقات أخرى قد تعجبك</translation>
+        <translation>تطبيقات مقترحة</translation>
     </message>
     <message>
         <source>Close</source>
@@ -237,7 +237,7 @@ Thank you!</source>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>تطبيقات أخرى قد تعجبك</translation>
+        <translation>تطبيقات مقترحة</translation>
     </message>
     <message>
         <source>Close</source>

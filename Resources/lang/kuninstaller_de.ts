@@ -9,7 +9,8 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>Möchten Sie Norvane Clipwright wirklich entfernen?</translation>
+        <translation>Norvane Clipwright
+wirklich entfernen?</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
@@ -32,11 +33,11 @@
     </message>
     <message>
         <source>Failed to check update!</source>
-        <translation>Die Suche nach Updates ist fehlgeschlagen.</translation>
+        <translation>Die Suche nach Updates ist fehlgeschlagen.</translation>
     </message>
     <message>
         <source>You are already the latest version!</source>
-        <translation>Sie verwenden bereits die neueste Version.</translation>
+        <translation>Sie verwenden bereits die neueste Version.</translation>
     </message>
     <message>
         <source>Failed to download the update.</source>
@@ -44,7 +45,7 @@
     </message>
     <message>
         <source>Install failed.</source>
-        <translation>Die Installation ist fehlgeschlagen.</translation>
+        <translation>Die Installation ist fehlgeschlagen.</translation>
     </message>
 </context>
 <context>

@@ -40,11 +40,11 @@
     </message>
     <message>
         <source>Failed to download the update.</source>
-        <translation>No se pudo descargar la actualización.</translation>
+        <translation>No se pudo descargar la actualización.</translation>
     </message>
     <message>
         <source>Install failed.</source>
-        <translation>No se pudo completar la instalación.</translation>
+        <translation>No se pudo completar la instalación.</translation>
     </message>
 </context>
 <context>
@@ -174,7 +174,7 @@ Esperamos volver a encontrarnos.
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>Más aplicaciones para usted</translation>
+        <translation>Más aplicaciones</translation>
     </message>
     <message>
         <source>Close</source>
@@ -237,7 +237,7 @@ Desinstalando…</translation>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>Más aplicaciones para usted</translation>
+        <translation>Más aplicaciones</translation>
     </message>
     <message>
         <source>Close</source>

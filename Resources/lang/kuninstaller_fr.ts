@@ -9,11 +9,12 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>Voulez-vous vraiment supprimer Norvane Clipwright ?</translation>
+        <translation>Voulez-vous supprimer
+Norvane Clipwright ?</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
-        <translation>Supprimer tous les fichiers d’effets</translation>
+        <translation>Supprimer aussi tous les fichiers d’effets</translation>
     </message>
     <message>
         <source>Remove</source>
@@ -32,15 +33,16 @@
     </message>
     <message>
         <source>Failed to check update!</source>
-        <translation>La recherche de mises à jour a échoué.</translation>
+        <translation>La recherche de mises à jour a échoué.</translation>
     </message>
     <message>
         <source>You are already the latest version!</source>
-        <translation>Vous disposez déjà de la dernière version.</translation>
+        <translation>Vous disposez déjà de la dernière version.</translation>
     </message>
     <message>
         <source>Failed to download the update.</source>
-        <translation>Le téléchargement de la mise à jour a échoué.</translation>
+        <translation>Le téléchargement
+de la mise à jour a échoué.</translation>
     </message>
     <message>
         <source>Install failed.</source>
@@ -174,7 +176,7 @@ Merci encore !</translation>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>Applications à découvrir</translation>
+        <translation>Autres applications</translation>
     </message>
     <message>
         <source>Close</source>
@@ -237,7 +239,7 @@ Désinstallation en cours…</translation>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>Applications à découvrir</translation>
+        <translation>Autres applications</translation>
     </message>
     <message>
         <source>Close</source>

@@ -36,7 +36,7 @@
     </message>
     <message>
         <source>You are already the latest version!</source>
-        <translation>Anda sudah memakai versi terbaru.</translation>
+        <translation>Anda sudah memakai versi terbaru.</translation>
     </message>
     <message>
         <source>Failed to download the update.</source>
@@ -92,7 +92,7 @@ Terima kasih!</translation>
     </message>
     <message>
         <source>Can you tell me why you want to uninstall?</source>
-        <translation>Boleh tahu alasan Anda menghapus aplikasi ini?</translation>
+        <translation>Boleh tahu alasan Anda menghapus aplikasi ini?</translation>
     </message>
     <message>
         <source>It crashed or frozen on my computer.</source>
@@ -174,7 +174,7 @@ Terima kasih!</translation>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>Aplikasi lain untuk Anda</translation>
+        <translation>Aplikasi lainnya</translation>
     </message>
     <message>
         <source>Close</source>
@@ -237,7 +237,7 @@ Menghapus instalan…</translation>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>Aplikasi lain untuk Anda</translation>
+        <translation>Aplikasi lainnya</translation>
     </message>
     <message>
         <source>Close</source>
@@ -261,7 +261,7 @@ Menghapus instalan…</translation>
     </message>
     <message>
         <source>Successfully uninstalled</source>
-        <translation>Instalan berhasil dihapus</translation>
+        <translation>Penghapusan instalan berhasil</translation>
     </message>
     <message>
         <source>Subscribe to get the latest updates</source>

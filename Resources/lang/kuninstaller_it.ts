@@ -32,7 +32,7 @@
     </message>
     <message>
         <source>Failed to check update!</source>
-        <translation>Impossibile verificare gli aggiornamenti.</translation>
+        <translation>Impossibile verificare gli aggiornamenti.</translation>
     </message>
     <message>
         <source>You are already the latest version!</source>
@@ -174,7 +174,7 @@ Grazie di cuore!</translation>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>Altre app che fanno per te</translation>
+        <translation>Altre app per te</translation>
     </message>
     <message>
         <source>Close</source>
@@ -237,7 +237,7 @@ Disinstallazione in corso…</translation>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>Altre app che fanno per te</translation>
+        <translation>Altre app per te</translation>
     </message>
     <message>
         <source>Close</source>

@@ -282,7 +282,7 @@ Thank you!</source>
     </message>
     <message>
         <source>Upgrading, please wait...</source>
-        <translation>업데이트하는 중입니다. 잠시 기다려 주세요…</translation>
+        <translation>업데이트하는 중입니다. 잠시 기다려 주세요.</translation>
     </message>
     <message>
         <source>TextLabel</source>
@@ -302,7 +302,7 @@ Thank you!</source>
     </message>
     <message>
         <source>The new version is more stable and faster!</source>
-        <translation>새 버전은 더 안정적이고 더 빠릅니다!</translation>
+        <translation>새 버전은 더욱 안정적이고 빨라졌습니다!</translation>
     </message>
     <message>
         <source>Launch</source>

@@ -9,7 +9,8 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>Weet je zeker dat je Norvane Clipwright wilt verwijderen?</translation>
+        <translation>Wil je Norvane Clipwright
+echt verwijderen?</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
@@ -32,7 +33,7 @@
     </message>
     <message>
         <source>Failed to check update!</source>
-        <translation>Het zoeken naar updates is mislukt.</translation>
+        <translation>Het zoeken naar updates is mislukt.</translation>
     </message>
     <message>
         <source>You are already the latest version!</source>
@@ -166,7 +167,7 @@ Hartelijk dank!</translation>
     </message>
     <message>
         <source>Utility</source>
-        <translation>Hulpprogramma’s</translation>
+        <translation>Hulpmiddelen</translation>
     </message>
     <message>
         <source>Norvane</source>

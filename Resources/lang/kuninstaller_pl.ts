@@ -174,7 +174,7 @@ Serdecznie dziękujemy!</translation>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>Więcej aplikacji dla Ciebie</translation>
+        <translation>Polecane aplikacje</translation>
     </message>
     <message>
         <source>Close</source>
@@ -237,7 +237,7 @@ Trwa odinstalowywanie…</translation>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>Więcej aplikacji dla Ciebie</translation>
+        <translation>Polecane aplikacje</translation>
     </message>
     <message>
         <source>Close</source>

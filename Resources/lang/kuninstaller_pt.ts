@@ -9,7 +9,8 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>Deseja realmente remover o Norvane Clipwright?</translation>
+        <translation>Deseja realmente remover
+o Norvane Clipwright?</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
@@ -32,15 +33,15 @@
     </message>
     <message>
         <source>Failed to check update!</source>
-        <translation>Não foi possível verificar se há atualizações.</translation>
+        <translation>Não foi possível verificar se há atualizações.</translation>
     </message>
     <message>
         <source>You are already the latest version!</source>
-        <translation>Você já tem a versão mais recente.</translation>
+        <translation>Você já tem a versão mais recente.</translation>
     </message>
     <message>
         <source>Failed to download the update.</source>
-        <translation>Não foi possível baixar a atualização.</translation>
+        <translation>Não foi possível baixar a atualização.</translation>
     </message>
     <message>
         <source>Install failed.</source>

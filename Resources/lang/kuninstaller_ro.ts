@@ -32,15 +32,15 @@
     </message>
     <message>
         <source>Failed to check update!</source>
-        <translation>Căutarea actualizărilor nu a reușit.</translation>
+        <translation>Căutarea actualizărilor nu a reușit.</translation>
     </message>
     <message>
         <source>You are already the latest version!</source>
-        <translation>Aveți deja cea mai recentă versiune.</translation>
+        <translation>Aveți deja cea mai recentă versiune.</translation>
     </message>
     <message>
         <source>Failed to download the update.</source>
-        <translation>Actualizarea nu a putut fi descărcată.</translation>
+        <translation>Actualizarea nu a putut fi descărcată.</translation>
     </message>
     <message>
         <source>Install failed.</source>
@@ -174,7 +174,7 @@ Vă mulțumim!</translation>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>Alte aplicații pentru dvs.</translation>
+        <translation>Alte aplicații</translation>
     </message>
     <message>
         <source>Close</source>
@@ -237,7 +237,7 @@ Se dezinstalează…</translation>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>Alte aplicații pentru dvs.</translation>
+        <translation>Alte aplicații</translation>
     </message>
     <message>
         <source>Close</source>

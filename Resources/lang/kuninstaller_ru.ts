@@ -132,7 +132,7 @@ Thank you!</source>
     </message>
     <message>
         <source>Please describe the problem you encountered.</source>
-        <translation>Опишите проблему, с которой вы столкнулись.</translation>
+        <translation>Опишите возникшую проблему.</translation>
     </message>
 </context>
 <context>
@@ -174,7 +174,7 @@ Thank you!</source>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>Вам может понравиться</translation>
+        <translation>Рекомендуем</translation>
     </message>
     <message>
         <source>Close</source>
@@ -237,7 +237,7 @@ Thank you!</source>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>Вам может понравиться</translation>
+        <translation>Рекомендуем</translation>
     </message>
     <message>
         <source>Close</source>

@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Are you sure you want to remove Norvane Clipwright?</source>
-        <translation>Är du säker på att du vill ta bort Norvane Clipwright?</translation>
+        <translation>Är du säker på att du vill ta bort Norvane Clipwright?</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
@@ -36,7 +36,7 @@
     </message>
     <message>
         <source>You are already the latest version!</source>
-        <translation>Du har redan den senaste versionen.</translation>
+        <translation>Du har redan den senaste versionen.</translation>
     </message>
     <message>
         <source>Failed to download the update.</source>
@@ -174,7 +174,7 @@ Stort tack!</translation>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>Fler appar du kanske gillar</translation>
+        <translation>Fler appar för dig</translation>
     </message>
     <message>
         <source>Close</source>
@@ -237,7 +237,7 @@ Avinstallerar …</translation>
     </message>
     <message>
         <source>More Apps You Might Like</source>
-        <translation>Fler appar du kanske gillar</translation>
+        <translation>Fler appar för dig</translation>
     </message>
     <message>
         <source>Close</source>
