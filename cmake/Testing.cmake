@@ -11,6 +11,9 @@ else()
   set(Python3_EXECUTABLE /usr/bin/python3) # the distribution's: its bindings are packaged for no other
 endif()
 
+# What the preset tsan builds: the tests with the label "threads".
+add_custom_target(thread-tests)
+
 set(CLIPWRIGHT_TEST_ENVIRONMENT
   QT_QPA_PLATFORM=offscreen
   QT_LOGGING_RULES=qt.qpa.*=false
@@ -49,6 +52,9 @@ function(clipwright_test name)
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE ${arg_LINKS} test_support Qt5::Test clipwright_flags)
   clipwright_link_offscreen_platform(${name})
+  if("threads" IN_LIST arg_LABELS)
+    add_dependencies(thread-tests ${name})
+  endif()
   if(NOT arg_VARIANTS)
     set(arg_VARIANTS ":")
   endif()
