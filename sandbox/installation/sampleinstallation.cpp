@@ -159,11 +159,6 @@ void SampleInstallation::clearSystemValues() const
     SystemValues::clear(m_root);
 }
 
-bool SampleInstallation::canPretendOffline()
-{
-    return SystemValues::canPretendOffline();
-}
-
 QMap<QString, QString> SampleInstallation::environment() const
 {
     const QString temp = path(QStringLiteral("Temp"));

@@ -36,13 +36,11 @@ public:
     bool writeUpdateInstaller(const Orders &orders) const;
     bool writeProductIni(const QString &language) const;
 
-    /// Sets a value of the registry, or of the machine's state ("System/Online").
+    /// Sets a value of the registry, or of the machine's state, "System/Online", where a program can
+    /// be told of it.
     void setSystemValue(const QString &key, const QString &value) const;
     void removeSystemValue(const QString &key) const;
     void clearSystemValues() const;
-
-    /// Whether "System/Online" has any effect here.
-    static bool canPretendOffline();
 
     /// What a program needs in its environment to see this installation.
     QMap<QString, QString> environment() const;

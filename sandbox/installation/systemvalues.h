@@ -7,9 +7,7 @@
 /// of the machine, "System/Online". Where the system has a registry, this is the real one.
 namespace SystemValues {
 
-/// Whether a program can be told that the machine is offline; else "System/Online" has no effect.
-bool canPretendOffline();
-
+/// Where the system has a registry, the machine's state is its own and cannot be set.
 void set(const QString &root, const QString &key, const QString &value);
 void remove(const QString &root, const QString &key);
 

@@ -14,11 +14,6 @@ QString iniFile(const QString &root)
 
 } // namespace
 
-bool canPretendOffline()
-{
-    return true;
-}
-
 void set(const QString &root, const QString &key, const QString &value)
 {
     QSettings settings(iniFile(root), QSettings::IniFormat);

@@ -56,11 +56,6 @@ void claim(const QString &key)
 
 } // namespace
 
-bool canPretendOffline()
-{
-    return false;
-}
-
 void set(const QString & /*root*/, const QString &key, const QString &value)
 {
     const Place at = place(key);

@@ -3,13 +3,13 @@
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
 
+#include <QtCore/QJsonDocument>
 #include <QtTest/QTest>
 
 #include <functional>
 
 using Report = std::function<void()>;
 Q_DECLARE_METATYPE(Report)
-Q_DECLARE_METATYPE(AnalyticsRecord::Event)
 
 class TestEvents : public TestCase
 {
@@ -20,48 +20,23 @@ private Q_SLOTS:
     void catalogue();
 };
 
-namespace {
-
-AnalyticsRecord::Event recorded(const char *category, const char *action,
-                                const QJsonObject &properties)
-{
-    return {QString::fromLatin1(category), QString::fromLatin1(action), properties};
-}
-
-QJsonObject object(std::initializer_list<QPair<const char *, const char *>> members)
-{
-    QJsonObject object;
-    for (const auto &[key, value] : members)
-        object.insert(QLatin1String(key), QString::fromUtf8(value));
-    return object;
-}
-
-} // namespace
-
 void TestEvents::catalogue_data()
 {
     using namespace Analytics;
+    QTest::addColumn<QString>("action");
+    QTest::addColumn<QString>("properties");
     QTest::addColumn<Report>("report");
-    QTest::addColumn<AnalyticsRecord::Event>("expected");
-    const auto row = [](const char *name, const Report &report,
-                        const AnalyticsRecord::Event &expected) {
-        QTest::newRow(name) << report << expected;
+    const auto row = [](const char *action, const char *properties, const Report &report) {
+        QTest::addRow("%s %s", action, properties)
+            << QString::fromUtf8(action) << QString::fromUtf8(properties) << report;
     };
-
-    row(
-        "pop-up", [] { reportUninstallPopUp(QStringLiteral("uninstall_action")); },
-        recorded("DoUninstall", "UninstallPopUp", object({{"source", "uninstall_action"}})));
 
     FeedbackState none;
     none.source = QStringLiteral("upgrade_cancel");
-    const QJsonObject noneProperties = object({{"MsgCode", ""},
-                                               {"Msgdetail", ""},
-                                               {"isoption", "0"},
-                                               {"source", "upgrade_cancel"},
-                                               {"RetainActionName", ""}});
-    row(
-        "cancel with no option chosen", [none] { reportUninstallCancel(none); },
-        recorded("DoUninstall", "UninstallCancel", noneProperties));
+    row("DoUninstall/UninstallCancel",
+        R"({"MsgCode": "", "Msgdetail": "", "isoption": "0", "source": "upgrade_cancel",
+            "RetainActionName": ""})",
+        [none] { reportUninstallCancel(none); });
 
     FeedbackState coupon;
     coupon.optionValue = QStringLiteral("57");
@@ -69,74 +44,51 @@ void TestEvents::catalogue_data()
     coupon.hasAction = true;
     coupon.source = QStringLiteral("uninstall_action");
     coupon.actionName = QStringLiteral("Coupon");
-    const QJsonObject couponProperties = object({{"MsgCode", "57"},
-                                                 {"Msgdetail", "too dear"},
-                                                 {"isoption", "1"},
-                                                 {"source", "uninstall_action"},
-                                                 {"RetainActionName", "Coupon"}});
-    row(
-        "retain click", [coupon] { reportRetainClick(coupon); },
-        recorded("DoUninstall", "RetainClick", couponProperties));
-    row(
-        "continue", [coupon] { reportUninstallContinue(coupon); },
-        recorded("DoUninstall", "UninstallContinue", couponProperties));
-    row(
-        "feedback click", [coupon] { reportFeedbackClick(coupon); },
-        recorded("DoUninstall", "PopUp_FeedbackClick", couponProperties));
+    const char *couponProperties =
+        R"({"MsgCode": "57", "Msgdetail": "too dear", "isoption": "1",
+            "source": "uninstall_action", "RetainActionName": "Coupon"})";
+    row("DoUninstall/RetainClick", couponProperties, [coupon] { reportRetainClick(coupon); });
+    row("DoUninstall/UninstallContinue", couponProperties,
+        [coupon] { reportUninstallContinue(coupon); });
+    row("DoUninstall/PopUp_FeedbackClick", couponProperties,
+        [coupon] { reportFeedbackClick(coupon); });
 
-    row(
-        "confirm: remove all", [] { reportUninstallReConfirm(true, true); },
-        recorded("DoUninstall", "UninstallReConfirm",
-                 object({{"ButtonClick", "Remove"}, {"is_delete_all", "1"}})));
-    row(
-        "confirm: cancel", [] { reportUninstallReConfirm(false, false); },
-        recorded("DoUninstall", "UninstallReConfirm",
-                 object({{"ButtonClick", "Cancel"}, {"is_delete_all", "0"}})));
-
-    row(
-        "run succeeded", [] { reportUninstallResult(true); },
-        recorded("DoUninstall", "UninstallCompleted", object({{"result", "success"}})));
-    row(
-        "run failed", [] { reportUninstallResult(false); },
-        recorded("DoUninstall", "UninstallCompleted", object({{"result", "failure"}})));
-    row(
-        "subscribe", [] { reportSubscribe(QStringLiteral("a@b.cd")); },
-        recorded(
-            "DoUninstall", "UninstallCompleted",
-            object({{"ButtonClick", "Subscribe"}, {"result", "success"}, {"email", "a@b.cd"}})));
-    row(
-        "click more", [] { reportClickMore(false); },
-        recorded("DoUninstall", "UninstallCompleted",
-                 object({{"ButtonClick", "Click_more"}, {"result", "failure"}})));
-
-    row(
-        "recommend",
-        [] {
+    row("DoUninstall/UninstallPopUp", R"({"source": "uninstall_action"})",
+        [] { reportUninstallPopUp(QStringLiteral("uninstall_action")); });
+    row("DoUninstall/UninstallReConfirm", R"({"ButtonClick": "Remove", "is_delete_all": "1"})",
+        [] { reportUninstallReConfirm(true, true); });
+    row("DoUninstall/UninstallReConfirm", R"({"ButtonClick": "Cancel", "is_delete_all": "0"})",
+        [] { reportUninstallReConfirm(false, false); });
+    row("DoUninstall/UninstallCompleted", R"({"result": "success"})",
+        [] { reportUninstallResult(true); });
+    row("DoUninstall/UninstallCompleted", R"({"result": "failure"})",
+        [] { reportUninstallResult(false); });
+    row("DoUninstall/UninstallCompleted",
+        R"({"ButtonClick": "Subscribe", "result": "success", "email": "a@b.cd"})",
+        [] { reportSubscribe(QStringLiteral("a@b.cd")); });
+    row("DoUninstall/UninstallCompleted", R"({"ButtonClick": "Click_more", "result": "failure"})",
+        [] { reportClickMore(false); });
+    row("DoUninstall/ReCommend",
+        R"({"Clickurl": "https://a.example/", "pid": "-1", "pagetype": "allpage"})", [] {
             reportRecommend(QStringLiteral("https://a.example/"), -1, QStringLiteral("allpage"));
-        },
-        recorded(
-            "DoUninstall", "ReCommend",
-            object({{"Clickurl", "https://a.example/"}, {"pid", "-1"}, {"pagetype", "allpage"}})));
-    row(
-        "exit", [] { reportClickExit(QStringLiteral("moreproducts"), true); },
-        recorded("DoUninstall", "Click_exit",
-                 object({{"pagesource", "moreproducts"}, {"result", "success"}})));
-
-    row(
-        "upgrade completed", [] { reportUpgradeCompleted(); },
-        recorded("DoRetain", "UpgradeCompleted", {}));
-    row(
-        "upgrade launched", [] { reportUpgradeLaunchClick(); },
-        recorded("DoRetain", "UpgradeSuccess_launchclick", {}));
+        });
+    row("DoUninstall/Click_exit", R"({"pagesource": "moreproducts", "result": "success"})",
+        [] { reportClickExit(QStringLiteral("moreproducts"), true); });
+    row("DoRetain/UpgradeCompleted", "{}", [] { reportUpgradeCompleted(); });
+    row("DoRetain/UpgradeSuccess_launchclick", "{}", [] { reportUpgradeLaunchClick(); });
 }
 
 void TestEvents::catalogue()
 {
+    QFETCH(QString, action);
+    QFETCH(QString, properties);
     QFETCH(Report, report);
-    QFETCH(AnalyticsRecord::Event, expected);
     const Sandbox sandbox;
     AnalyticsRecord::restart();
     report();
+    const AnalyticsRecord::Event expected{action.section(QLatin1Char('/'), 0, 0),
+                                          action.section(QLatin1Char('/'), 1),
+                                          QJsonDocument::fromJson(properties.toUtf8()).object()};
     QCOMPARE(AnalyticsRecord::events(), {expected});
 }
 

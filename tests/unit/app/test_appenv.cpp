@@ -1,9 +1,25 @@
 #include "app/env/appenv.h"
+#include "tests/support/offlinemachine.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
 
 #include <QtCore/QDir>
 #include <QtTest/QTest>
+
+namespace {
+
+QStringList texts(const char *joined)
+{
+    return QString::fromLatin1(joined).split(QLatin1Char('|'));
+}
+
+QStringList productFields()
+{
+    const AppEnv::ProductInfo product = AppEnv::readProductInfo();
+    return {product.productId, product.language, product.productGroupId, product.version};
+}
+
+} // namespace
 
 class TestAppEnv : public TestCase
 {
@@ -11,65 +27,61 @@ class TestAppEnv : public TestCase
 
 private Q_SLOTS:
     void foldersAndFilesOfAnInstallation();
-    void withoutRegistryKeyNothingIsFound();
-    void productDataDirIsMadeWhenMissing();
+    void nothingIsFoundWithoutRegistryKeys();
+    void dataFoldersAreMadeWhenMissing();
     void productDataDirWithoutProgramDataLiesAtTheRoot();
-    void uninstallerDataDirIsMadeBelowTemporaryFiles();
-    void valuesAreReadAfresh();
-    void environmentIsReadAfresh();
-    void productIniAccidents_data();
-    void productIniAccidents();
+    void filesAndEnvironmentAreReadAfresh();
+    void productIni_data();
+    void productIni();
     void groupIdIsReadOnlyOnRequest();
-    void accountIniAccidents_data();
-    void accountIniAccidents();
+    void accountIni_data();
+    void accountIni();
     void uninstallerIsChosenAmongPairs_data();
     void uninstallerIsChosenAmongPairs();
-    void onlineStateComesFromTheMachine();
+    void onlineStateComesFromTheSystem();
 };
 
 void TestAppEnv::foldersAndFilesOfAnInstallation()
 {
     const Sandbox sandbox;
     QCOMPARE(AppEnv::installDir(), sandbox->installDir());
+    QCOMPARE(AppEnv::installDirOrDefault(), sandbox->installDir());
     QCOMPARE(AppEnv::productExePath(), sandbox->installDir() + QDir::separator() +
                                            QStringLiteral("Norvane Clipwright X.exe"));
-    QCOMPARE(AppEnv::productDataDir(),
-             sandbox.path(QStringLiteral("ProgramData/Norvane Clipwright")));
     QCOMPARE(AppEnv::updateInstallerPath(), sandbox->updateInstaller());
-    QCOMPARE(AppEnv::installDirOrDefault(), sandbox->installDir());
-    QCOMPARE(AppEnv::productIniPath(),
-             AppEnv::productDataDir() + QStringLiteral("/Clipwright.ini"));
-    QCOMPARE(AppEnv::accountIniPath(), AppEnv::productDataDir() + QStringLiteral("/KConfig.ini"));
-
-    const AppEnv::ProductInfo product = AppEnv::readProductInfo();
-    QCOMPARE(product.productId, QStringLiteral("8461"));
-    QCOMPARE(product.language, QStringLiteral("ENG"));
-    QCOMPARE(product.productGroupId, QStringLiteral("846"));
-    QCOMPARE(product.version, QStringLiteral("7.2.1.4"));
-
+    const QString data = sandbox.path(QStringLiteral("ProgramData/Norvane Clipwright"));
+    QCOMPARE(AppEnv::productDataDir(), data);
+    QCOMPARE(AppEnv::productIniPath(), data + QStringLiteral("/Clipwright.ini"));
+    QCOMPARE(AppEnv::accountIniPath(), data + QStringLiteral("/KConfig.ini"));
+    QCOMPARE(AppEnv::uninstallJumpPage(QStringLiteral("846")),
+             QStringLiteral("https://www.norvane.example/clipwright/goodbye"));
+    QCOMPARE(productFields(), texts("8461|ENG|846|7.2.1.4"));
     const AppEnv::AccountInfo account = AppEnv::readAccountInfo();
     QCOMPARE(account.uid, QStringLiteral("20260417"));
     QCOMPARE(account.email, QStringLiteral("robin@mail.example"));
 }
 
-void TestAppEnv::withoutRegistryKeyNothingIsFound()
+void TestAppEnv::nothingIsFoundWithoutRegistryKeys()
 {
     const Sandbox sandbox;
-    sandbox->removeSystemValue(QStringLiteral("HKEY_CLASSES_ROOT/NCPFile/path"));
+    sandbox->clearSystemValues();
     QCOMPARE(AppEnv::installDir(), QString());
     QCOMPARE(AppEnv::installDirOrDefault(),
              sandbox.path(QStringLiteral("Program Files/Norvane/Norvane Clipwright")));
     QCOMPARE(AppEnv::productExePath(), QString());
     QCOMPARE(AppEnv::findUninstaller(), QString());
+    QCOMPARE(AppEnv::uninstallJumpPage(QStringLiteral("846")), QString());
 }
 
-void TestAppEnv::productDataDirIsMadeWhenMissing()
+void TestAppEnv::dataFoldersAreMadeWhenMissing()
 {
     const Sandbox sandbox(Sandbox::Content::Nothing);
-    const QString expected = sandbox.path(QStringLiteral("ProgramData/Norvane Clipwright"));
-    QVERIFY(!QDir(expected).exists());
-    QCOMPARE(AppEnv::productDataDir(), expected);
-    QVERIFY(QDir(expected).exists());
+    const QString product = sandbox.path(QStringLiteral("ProgramData/Norvane Clipwright"));
+    const QString uninstaller = sandbox.path(QStringLiteral("Temp/Norvane Clipwright Uninstaller"));
+    QVERIFY(!QDir(product).exists() && !QDir(uninstaller).exists());
+    QCOMPARE(AppEnv::productDataDir(), product);
+    QCOMPARE(AppEnv::uninstallerDataDir(), uninstaller);
+    QVERIFY(QDir(product).exists() && QDir(uninstaller).exists());
 }
 
 void TestAppEnv::productDataDirWithoutProgramDataLiesAtTheRoot()
@@ -83,92 +95,59 @@ void TestAppEnv::productDataDirWithoutProgramDataLiesAtTheRoot()
         QDir().rmdir(expected);
 }
 
-void TestAppEnv::uninstallerDataDirIsMadeBelowTemporaryFiles()
-{
-    const Sandbox sandbox(Sandbox::Content::Nothing);
-    const QString expected = sandbox.path(QStringLiteral("Temp/Norvane Clipwright Uninstaller"));
-    QVERIFY(!QDir(expected).exists());
-    QCOMPARE(AppEnv::uninstallerDataDir(), expected);
-    QVERIFY(QDir(expected).exists());
-}
-
-void TestAppEnv::valuesAreReadAfresh()
+void TestAppEnv::filesAndEnvironmentAreReadAfresh()
 {
     const Sandbox sandbox;
-    QCOMPARE(AppEnv::readProductInfo().language, QStringLiteral("ENG"));
-    QTest::qSleep(20); // files of the same size are told apart by their time
+    QCOMPARE(productFields(), texts("8461|ENG|846|7.2.1.4"));
+    QTest::qSleep(20); // QSettings tells files of the same size apart by their time
     sandbox->writeProductIni(QStringLiteral("DEU"));
-    QCOMPARE(AppEnv::readProductInfo().language, QStringLiteral("DEU"));
+    QCOMPARE(productFields(), texts("8461|DEU|846|7.2.1.4"));
 
     QVERIFY(!AppEnv::findUninstaller().isEmpty());
     QVERIFY(QFile::remove(sandbox->installDir() + QStringLiteral("/unins000.dat")));
     QVERIFY(AppEnv::findUninstaller().isEmpty());
-}
 
-void TestAppEnv::environmentIsReadAfresh()
-{
-    const Sandbox sandbox;
-    QCOMPARE(AppEnv::readProductInfo().productId, QStringLiteral("8461"));
     const QString other = sandbox.path(QStringLiteral("Other"));
     sandbox.writeFile(QStringLiteral("Other/Norvane Clipwright/Clipwright.ini"),
                       "[System]\nProductID=12\n");
     for (const char *variable : {"ProgramData", "TMPDIR", "TMP", "TEMP"})
         qputenv(variable, QFile::encodeName(other));
-    QCOMPARE(AppEnv::readProductInfo().productId, QStringLiteral("12"));
+    QCOMPARE(productFields(), texts("12|||"));
     QCOMPARE(AppEnv::uninstallerDataDir(),
              other + QStringLiteral("/Norvane Clipwright Uninstaller"));
 }
 
-void TestAppEnv::productIniAccidents_data()
+void TestAppEnv::productIni_data()
 {
     QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("productId");
-    QTest::addColumn<QString>("language");
-    QTest::addColumn<QString>("version");
+    QTest::addColumn<QStringList>("fields"); // id, language, group id, version
+    const auto row = [](const char *name, const QByteArray &content, const char *fields) {
+        QTest::newRow(name) << content << texts(fields);
+    };
 
     const QByteArray system = "[System]\nProductID=12\nDefInstallLang=FRA\n";
-    QTest::newRow("empty") << QByteArray() << QString() << QString() << QString();
-    QTest::newRow("no Product group")
-        << system << QStringLiteral("12") << QStringLiteral("FRA") << QString();
-    QTest::newRow("no System group") << QByteArray("[Product]\nVersion=1.2\n") << QString()
-                                     << QString() << QStringLiteral("1.2");
-    QTest::newRow("no groups at all")
-        << QByteArray("ProductID=12\nVersion=1.2\n") << QString() << QString() << QString();
-    QTest::newRow("empty values") << QByteArray("[System]\nProductID=\nDefInstallLang=\n")
-                                  << QString() << QString() << QString();
-    QTest::newRow("windows line ends")
-        << QByteArray("[System]\r\nProductID=12\r\nDefInstallLang=FRA\r\n") << QStringLiteral("12")
-        << QStringLiteral("FRA") << QString();
-    QTest::newRow("blanks around") << QByteArray("[System]\nProductID = 12 \nDefInstallLang= FRA\n")
-                                   << QStringLiteral("12") << QStringLiteral("FRA") << QString();
-    QTest::newRow("quoted") << QByteArray("[System]\nProductID=\"12\"\nDefInstallLang=\"FRA\"\n")
-                            << QStringLiteral("12") << QStringLiteral("FRA") << QString();
-    QTest::newRow("a list where text belongs")
-        << QByteArray("[System]\nProductID=1, 2\nDefInstallLang=FRA\n") << QString()
-        << QStringLiteral("FRA") << QString();
-    QTest::newRow("no line end at the end") << QByteArray("[System]\nDefInstallLang=FRA")
-                                            << QString() << QStringLiteral("FRA") << QString();
-    QTest::newRow("garbage") << QByteArray("\x00\xff\xfe[[[=]]]\n==\n[", 16) << QString()
-                             << QString() << QString();
-    QTest::newRow("garbage before good lines")
-        << "no sense here\n[unclosed\n" + system << QStringLiteral("12") << QStringLiteral("FRA")
-        << QString();
-    QTest::newRow("huge") << system + "[Product]\nVersion=3\nPadding=" +
-                                 QByteArray(8 * 1024 * 1024, 'x') + "\n"
-                          << QStringLiteral("12") << QStringLiteral("FRA") << QStringLiteral("3");
+    row("empty", {}, "|||");
+    row("no Product group", system, "12|FRA||");
+    row("no System group", "[Product]\nProductID=3\nVersion=1.2\n", "||3|1.2");
+    row("no groups at all", "ProductID=12\nVersion=1.2\n", "|||");
+    row("empty values", "[System]\nProductID=\nDefInstallLang=\n", "|||");
+    row("windows line ends", QByteArray(system).replace("\n", "\r\n"), "12|FRA||");
+    row("blanks around", "[System]\nProductID = 12 \nDefInstallLang= FRA\n", "12|FRA||");
+    row("quoted", "[System]\nProductID=\"12\"\nDefInstallLang=\"FRA\"\n", "12|FRA||");
+    row("a list where text belongs", "[System]\nProductID=1, 2\nDefInstallLang=FRA\n", "|FRA||");
+    row("no line end at the end", "[System]\nDefInstallLang=FRA", "|FRA||");
+    row("garbage", QByteArray("\x00\xff\xfe[[[=]]]\n==\n[", 16), "|||");
+    row("garbage before good lines", "no sense here\n[unclosed\n" + system, "12|FRA||");
+    row("huge", system + "[Product]\nVersion=3\nPadding=" + QByteArray(8 * 1024 * 1024, 'x') + '\n',
+        "12|FRA||3");
 }
 
-void TestAppEnv::productIniAccidents()
+void TestAppEnv::productIni()
 {
     QFETCH(QByteArray, content);
     const Sandbox sandbox(Sandbox::Content::Nothing);
     sandbox.writeFile(QStringLiteral("ProgramData/Norvane Clipwright/Clipwright.ini"), content);
-
-    const AppEnv::ProductInfo product = AppEnv::readProductInfo();
-    QTEST(product.productId, "productId");
-    QTEST(product.language, "language");
-    QTEST(product.version, "version");
-    QCOMPARE(product.productGroupId, QString());
+    QTEST(productFields(), "fields");
 }
 
 void TestAppEnv::groupIdIsReadOnlyOnRequest()
@@ -178,15 +157,10 @@ void TestAppEnv::groupIdIsReadOnlyOnRequest()
     QString version;
     QString language;
     AppEnv::readProductInfo(productId, version, language, nullptr);
-    QCOMPARE(productId, QStringLiteral("8461"));
-    QCOMPARE(version, QStringLiteral("7.2.1.4"));
-    QCOMPARE(language, QStringLiteral("ENG"));
-    QString groupId;
-    AppEnv::readProductInfo(productId, version, language, &groupId);
-    QCOMPARE(groupId, QStringLiteral("846"));
+    QCOMPARE(QStringList({productId, language, version}), texts("8461|ENG|7.2.1.4"));
 }
 
-void TestAppEnv::accountIniAccidents_data()
+void TestAppEnv::accountIni_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("uid");
@@ -200,12 +174,11 @@ void TestAppEnv::accountIniAccidents_data()
                           << QStringLiteral("77") << QStringLiteral("a@b.cd");
 }
 
-void TestAppEnv::accountIniAccidents()
+void TestAppEnv::accountIni()
 {
     QFETCH(QByteArray, content);
     const Sandbox sandbox(Sandbox::Content::Nothing);
     sandbox.writeFile(QStringLiteral("ProgramData/Norvane Clipwright/KConfig.ini"), content);
-
     const AppEnv::AccountInfo account = AppEnv::readAccountInfo();
     QTEST(account.uid, "uid");
     QTEST(account.email, "email");
@@ -215,23 +188,19 @@ void TestAppEnv::uninstallerIsChosenAmongPairs_data()
 {
     QTest::addColumn<QStringList>("files");
     QTest::addColumn<QString>("found");
-
-    const auto files = [](const char *names) {
-        return QString::fromLatin1(names).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    const auto row = [](const char *name, const char *files, const char *found) {
+        QTest::newRow(name) << texts(files) << QString::fromLatin1(found);
     };
-    QTest::newRow("nothing") << files("") << QString();
-    QTest::newRow("one pair") << files("unins000.exe unins000.dat")
-                              << QStringLiteral("unins000.exe");
-    QTest::newRow("a newer one without its data")
-        << files("unins000.exe unins000.dat unins001.exe") << QStringLiteral("unins000.exe");
-    QTest::newRow("the highest of several pairs")
-        << files("unins003.exe unins003.dat unins007.exe unins007.dat")
-        << QStringLiteral("unins007.exe");
-    QTest::newRow("data only") << files("unins000.dat") << QString();
-    QTest::newRow("program only") << files("unins000.exe") << QString();
-    QTest::newRow("two digits do not count") << files("unins010.exe unins010.dat") << QString();
-    QTest::newRow("the last digit") << files("unins009.exe unins009.dat unins000.exe unins000.dat")
-                                    << QStringLiteral("unins009.exe");
+
+    row("no pair", "readme.txt", "");
+    row("one pair", "unins000.exe|unins000.dat", "unins000.exe");
+    row("a newer one without its data", "unins000.exe|unins000.dat|unins001.exe", "unins000.exe");
+    row("the highest of several pairs", "unins003.exe|unins003.dat|unins007.exe|unins007.dat",
+        "unins007.exe");
+    row("data only", "unins000.dat", "");
+    row("program only", "unins000.exe", "");
+    row("two digits do not count", "unins010.exe|unins010.dat", "");
+    row("the last digit", "unins009.exe|unins009.dat|unins000.exe|unins000.dat", "unins009.exe");
 }
 
 void TestAppEnv::uninstallerIsChosenAmongPairs()
@@ -239,24 +208,18 @@ void TestAppEnv::uninstallerIsChosenAmongPairs()
     QFETCH(QStringList, files);
     QFETCH(QString, found);
     const Sandbox sandbox(Sandbox::Content::Nothing);
-    sandbox->setSystemValue(QStringLiteral("HKEY_CLASSES_ROOT/NCPFile/path"),
-                            sandbox.path(QStringLiteral("product")));
+    const QString folder = sandbox.path(QStringLiteral("product"));
+    sandbox->setSystemValue(QStringLiteral("HKEY_CLASSES_ROOT/NCPFile/path"), folder);
     for (const QString &file : qAsConst(files))
         sandbox.writeFile(QStringLiteral("product/") + file, QByteArray());
-
-    const QString expected =
-        found.isEmpty() ? QString()
-                        : sandbox.path(QStringLiteral("product")) + QDir::separator() + found;
-    QCOMPARE(AppEnv::findUninstaller(), expected);
+    QCOMPARE(AppEnv::findUninstaller(),
+             found.isEmpty() ? QString() : QString(folder + QDir::separator() + found));
 }
 
-void TestAppEnv::onlineStateComesFromTheMachine()
+void TestAppEnv::onlineStateComesFromTheSystem()
 {
-    const Sandbox sandbox;
     QVERIFY(AppEnv::isNetworkOnline());
-    if (!SampleInstallation::canPretendOffline())
-        QSKIP("this system's word that it is online cannot be changed for a test");
-    sandbox->setSystemValue(QStringLiteral("System/Online"), QStringLiteral("false"));
+    const OfflineMachine machine;
     QVERIFY(!AppEnv::isNetworkOnline());
 }
 

@@ -1,5 +1,6 @@
 #include "tests/support/analyticsrecord.h"
 #include "tests/support/linkcatcher.h"
+#include "tests/support/offlinemachine.h"
 #include "tests/support/patience.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
@@ -328,14 +329,12 @@ void TestUninstallPage::jumpingClockMakesNoSuccessOfAFailure()
 
 void TestUninstallPage::offlineHidesMoreProducts()
 {
-    if (!SampleInstallation::canPretendOffline())
-        QSKIP("this system's word that it is online cannot be changed for a test");
     QProcess process;
     UninstallPage online(nullptr, {});
     online.start(&process);
     QVERIFY(online.btnProduct->isVisibleTo(&online));
 
-    (*m_sandbox)->setSystemValue(QStringLiteral("System/Online"), QStringLiteral("false"));
+    const OfflineMachine machine;
     UninstallPage offline(nullptr, {});
     offline.start(&process);
     QVERIFY(!offline.btnProduct->isVisibleTo(&offline));
@@ -386,9 +385,7 @@ void TestUninstallPage::doneSendsAnEmptyAddress()
 
 void TestUninstallPage::doneQuitsOffline()
 {
-    if (!SampleInstallation::canPretendOffline())
-        QSKIP("this system's word that it is online cannot be changed for a test");
-    (*m_sandbox)->setSystemValue(QStringLiteral("System/Online"), QStringLiteral("false"));
+    const OfflineMachine machine;
     UninstallPage page(nullptr, {});
     page.show();
     finishRun(page);
