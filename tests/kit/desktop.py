@@ -183,7 +183,7 @@ class Desktop:
 
     def press_keys(self, *keys, title=None, size=None):
         """Presses keys, for example "alt+F4": in the window of a title as soon as it has the
-        keyboard, or in whatever window has it."""
+        keyboard, or in the window that has it already."""
         if title is not None:
             self.wait_for_keyboard(title, size)
         self._xdotool("key", "--delay", 30, *keys)

@@ -1,5 +1,5 @@
-"""What a story does with a running program, whatever tells it what the program shows. Each platform
-has a driver of its own: stories are written against this interface alone."""
+"""The interface between a story and a running program. Each platform implements it in a driver of
+its own; stories are written against this interface alone."""
 
 import abc
 import enum
@@ -7,7 +7,8 @@ import time
 
 from tests.kit.desktop import wait_until
 
-BUSY = 15  # seconds that something immediate may take on a busy machine
+# Seconds after which something is missing. No measure of speed: it may be the machine that is slow.
+PATIENCE = 60
 
 
 class Role(enum.Enum):
@@ -57,7 +58,7 @@ class Driver(abc.ABC):
     def place(self, found):
         """Where an object is on the screen."""
 
-    def wait_for(self, role, name=None, window=None, seconds=BUSY):
+    def wait_for(self, role, name=None, window=None, seconds=PATIENCE):
         def is_shown_or_lost():
             found = self.find(role, name, window)
             if found is None and self.process.poll() is not None:
@@ -68,13 +69,13 @@ class Driver(abc.ABC):
 
     def press(self, role, name=None, window=None):
         """Presses an object as soon as it is shown and enabled."""
-        wait_until(lambda: self.try_to_press(self.wait_for(role, name, window)), BUSY,
+        wait_until(lambda: self.try_to_press(self.wait_for(role, name, window)), PATIENCE,
                    f"the {role.value} {name!r} can be pressed", interval=0.1)
 
     def type_into(self, role, name, text):
         self.enter_text(self.wait_for(role, name), text)
 
-    def wait_for_focus(self, role, name, seconds=BUSY):
+    def wait_for_focus(self, role, name, seconds=PATIENCE):
         wait_until(lambda: self.focused() == (role, name), seconds,
                    lambda: f"the keyboard on {(role, name)}, but on {self.focused()}")
 
@@ -85,11 +86,11 @@ class Driver(abc.ABC):
             assert len(way) < 40, f"Tab does not lead to the {role.value} {name!r} but to {way}"
             before = self.focused()
             self.desktop.press_keys("Tab")
-            deadline = time.monotonic() + 3
+            deadline = time.monotonic() + 10
             while self.focused() in (before, None) and time.monotonic() < deadline:
                 time.sleep(0.05)
             way.append(self.focused())
         return way
 
-    def wait_for_exit(self, seconds=BUSY):
+    def wait_for_exit(self, seconds=PATIENCE):
         return self.process.wait(timeout=seconds)

@@ -44,7 +44,7 @@ class HttpProxy(Proxy):
         return ["tinyproxy", "-d", "-c", self._configuration]
 
     def addresses(self):
-        """What it was asked for; a request that had to be repeated with a password counts once."""
+        """The addresses requested. A request that was repeated with a password counts once."""
         return {line.split("GET ")[1].split()[0] for line in self.lines() if ": GET " in line}
 
 

@@ -1,5 +1,5 @@
-"""What a window manager's task list sees: which windows come and go, when by the X server's clock,
-and where they stand. Needs the distribution's python3-xlib."""
+"""The window manager's list of windows over time: which windows come and go, when (by the X
+server's clock) and where on the screen. Needs the distribution's python3-xlib."""
 
 import contextlib
 import threading

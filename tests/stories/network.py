@@ -9,7 +9,7 @@ import subprocess
 import time
 
 from tests.kit.desktop import wait_until
-from tests.kit.driver import BUSY, Role
+from tests.kit.driver import PATIENCE, Role
 from tests.kit.folders import ROOT
 from tests.kit.listener import Listener
 from tests.kit.proxies import HttpProxy, SocksProxy
@@ -85,7 +85,7 @@ def closed_splash_among_pictures(story):
                 file.write(bytes_before)
         with story.start() as program:
             program.wait_for(Role.BUTTON, "Close")
-            wait_until(lambda: silent.connections() == 5, BUSY, "five pictures asked for")
+            wait_until(lambda: silent.connections() == 5, PATIENCE, "five pictures asked for")
             program.press(Role.BUTTON, "Close")
             program.wait_for_exit()
         story.expect_equal(silent.connections(), 5, "it asked for five pictures at once, no more")
@@ -106,15 +106,15 @@ def silent_server(story):
         with story.start() as program:
             program.wait_for(Role.BUTTON, "Close")
             story.note_first_window()
-            program.wait_for(Role.RADIO_BUTTON, "Other", seconds=10 + BUSY)
-            wait_until(lambda: windows.first(SPLASH).went, BUSY, "the splash gone")
+            program.wait_for(Role.RADIO_BUTTON, "Other")
+            wait_until(lambda: windows.first(SPLASH).went, PATIENCE, "the splash gone")
             program.press(Role.BUTTON, "Cancel")
             pressed = time.monotonic()
             program.wait_for_exit()
             ending = time.monotonic() - pressed
         splash, main = windows.first(SPLASH), windows.first(MAIN)
     loading = main.came - splash.came
-    story.expect(9.8 <= loading < 10 + BUSY,
+    story.expect(9.8 <= loading < 10 + story.soon(),
                  f"the main window came ten seconds after the splash ({loading:.2f} s)")
     overlap = splash.went - main.came  # the window manager may list the one later than the other
     story.expect(0 < overlap < 0.5,
@@ -132,7 +132,7 @@ def look_and_leave(story, wrap=()):
     """Starts the program, waits for its window and cancels; returns how long the window took."""
     with story.start(wrap) as program:
         started = time.monotonic()
-        program.wait_for(Role.RADIO_BUTTON, "Other", seconds=10 + BUSY)
+        program.wait_for(Role.RADIO_BUTTON, "Other")
         took = time.monotonic() - started
         program.press(Role.BUTTON, "Cancel")
         story.expect_equal(program.wait_for_exit(), 0, "the program ended with exit code 0")

@@ -3,7 +3,7 @@
 import os
 import time
 
-from tests.kit.driver import Role
+from tests.kit.driver import PATIENCE, Role
 from tests.stories import events
 from tests.stories.story import (CONFIRMATION, MAIN, Outcome, effects, nothing, story as listed)
 
@@ -47,7 +47,7 @@ def uninstall(story):
         story.desktop.press_keys("alt+F4", "alt+F4", title=MAIN)  # which a run refuses
         time.sleep(11)
         story.picture("progress-near-half")
-        program.wait_for(Role.LABEL, SUCCESS, seconds=40)
+        program.wait_for(Role.LABEL, SUCCESS)
         story.picture("success")
         program.type_into(Role.TEXT_FIELD, ADDRESS, "robin@mail")
         program.press(Role.BUTTON, "Done")
@@ -78,7 +78,7 @@ def resources(story):
         program.press(Role.CHECK_BOX, RESOURCES)
         story.picture("confirmation-with-resources")
         program.press(Role.BUTTON, "Remove")
-        program.wait_for(Role.LABEL, SUCCESS, seconds=40)
+        program.wait_for(Role.LABEL, SUCCESS)
         window = story.desktop.wait_for_keyboard(MAIN)
         story.expect_equal(story.desktop.drag(window, *CLOSE, 60, 40), (0, 0),
                            "a button in the window's top strip does not drag it")
@@ -147,9 +147,9 @@ def keyboard(story):
 
         program.wait_for(Role.LABEL, RUNNING)
         heard = set()
-        deadline = time.monotonic() + 45
+        deadline = time.monotonic() + PATIENCE
         while not program.find(Role.LABEL, SUCCESS):
-            assert time.monotonic() < deadline, "no success in 45 s"
+            assert time.monotonic() < deadline, f"no success in {PATIENCE} s"
             _, name = program.focused() or (None, "")
             heard.add(name)
             time.sleep(0.2)

@@ -11,7 +11,7 @@ import typing
 
 from tests.kit import installation
 from tests.kit.desktop import Desktop, wait_until
-from tests.kit.driver import BUSY
+from tests.kit.driver import PATIENCE
 from tests.kit.folders import make_afresh
 
 MAIN = "Norvane Clipwright Uninstaller"
@@ -173,7 +173,7 @@ class Story(abc.ABC):
         return sorted(os.path.relpath(os.path.join(parent, file), folder)
                       for parent, _, files in os.walk(folder) for file in files)
 
-    def wait_for_file(self, file, seconds=BUSY):
+    def wait_for_file(self, file, seconds=PATIENCE):
         wait_until(lambda: os.path.exists(file), seconds, file)
 
     # Judging

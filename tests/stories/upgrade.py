@@ -23,7 +23,7 @@ def upgrade(story):
         program.wait_for(Role.LABEL, "Upgrading, please wait...")
         time.sleep(1)
         story.picture("upgrading")
-        program.wait_for(Role.LABEL, "Upgrade completed", seconds=40)
+        program.wait_for(Role.LABEL, "Upgrade completed")
         story.picture("completed")
         program.press(Role.BUTTON, "Launch")
         program.wait_for_exit()

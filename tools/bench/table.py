@@ -16,7 +16,7 @@ class Row:
     unit: str  # of ours and baseline; "" when there is no baseline
     pairs: list = dataclasses.field(default_factory=list)
     skipped: str = ""
-    notes: dict = dataclasses.field(default_factory=dict)  # more figures, for whoever explains it
+    notes: dict = dataclasses.field(default_factory=dict)  # further figures, for bench.json
 
     @property
     def ours(self):

@@ -9,7 +9,7 @@ import os
 import subprocess
 import sys
 
-from tests.kit.folders import make_afresh
+from tests.kit.folders import ROOT, make_afresh
 
 # The installer's codes, one for each catalogue.
 LANGUAGES = {
@@ -19,55 +19,7 @@ LANGUAGES = {
     "RUS": "Русский", "SWE": "Svenska"}
 STATES = ["normal", "hover", "pressed", "focus", "disabled"]
 
-PAGE = """<!doctype html>
-<html lang="en">
-<meta charset="utf-8">
-<title>Norvane Clipwright Uninstaller: gallery</title>
-<style>
-  body { margin: 0; font: 15px/1.5 "Segoe UI", "Noto Sans", sans-serif; color: #1E2030;
-         background: #DCDCE4; }
-  header { position: sticky; top: 0; z-index: 1; padding: 12px 24px; background: #FFF;
-           border-bottom: 1px solid #C8C8D4; }
-  header label { margin-right: 14px; white-space: nowrap; }
-  h1 { margin: 0 0 4px; font-size: 18px; }
-  main { padding: 8px 24px 48px; }
-  h2 { margin: 28px 0 8px; font-size: 16px; }
-  .row { display: flex; flex-wrap: wrap; gap: 20px; align-items: flex-start; }
-  figure { margin: 0; } figcaption { color: #565B70; font-size: 13px; }
-  table { border-collapse: collapse; background: #FFF; }
-  td, th { padding: 4px 12px; text-align: left; border: 1px solid #DDD; }
-  .swatch { display: inline-block; width: 1em; height: 1em; margin-right: .5em;
-            border: 1px solid #999; vertical-align: -2px; }
-  .off { display: none; }
-</style>
-<header>
-  <h1>Norvane Clipwright Uninstaller</h1>
-  <div>Scale factor: {scale_choice}</div>
-  <div>{language_choice}</div>
-</header>
-<main>
-{body}
-</main>
-<script>
-  const pictures = document.querySelectorAll("img[data-folder]");
-  function show() {
-    const scale = document.querySelector("input[name=scale]:checked").value;
-    const languages = document.querySelectorAll("input[name=language]:checked");
-    const shown = new Set([...languages].map(box => box.value));
-    for (const picture of pictures) {
-      const [language, name] = picture.dataset.folder.split("/");
-      picture.closest("figure").classList.toggle("off", !shown.has(language));
-      const source = language + "_" + scale + "/" + name;
-      if (shown.has(language) && picture.getAttribute("src") !== source)
-        picture.src = source;
-      picture.onload = () => { picture.width = picture.naturalWidth / scale; };
-    }
-  }
-  document.addEventListener("change", show);
-  show();
-</script>
-</html>
-"""
+PAGE = os.path.join(ROOT, "tools", "gallery", "page.html")
 
 
 def render(binaries, out, language, scale):
@@ -138,7 +90,8 @@ def write_page(out, languages, scales, indexes):
     language_choice = " ".join(
         f'<label><input type="checkbox" name="language" value="{code}" checked> '
         f"{LANGUAGES[code]}</label>" for code in languages)
-    page = PAGE
+    with open(PAGE, encoding="utf-8") as template:
+        page = template.read()
     for place, text in (("{scale_choice}", scale_choice), ("{language_choice}", language_choice),
                         ("{body}", "\n".join(sections))):
         page = page.replace(place, text)
