@@ -1,5 +1,7 @@
 #include "ui/look.h"
 
+#include "ui/wordbreaks.h"
+
 #include <QtCore/QRegularExpression>
 #include <QtGui/QImageReader>
 #include <QtGui/QTextLayout>
@@ -60,7 +62,8 @@ QString buttonText(const QString &text)
 void setWrappedText(QAbstractButton *button, const QString &text, int width)
 {
     button->ensurePolished(); // the style sheet decides on the font
-    QTextLayout layout(text, button->font());
+    const QString joined = WordBreaks::joined(text);
+    QTextLayout layout(joined, button->font());
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
@@ -68,7 +71,7 @@ void setWrappedText(QAbstractButton *button, const QString &text, int width)
     layout.beginLayout();
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
         line.setLineWidth(width);
-        lines += text.mid(line.textStart(), line.textLength()).trimmed();
+        lines += joined.mid(line.textStart(), line.textLength()).trimmed().remove(QChar(0x2060));
     }
     layout.endLayout();
 

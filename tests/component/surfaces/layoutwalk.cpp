@@ -16,6 +16,8 @@
 #include <QtWidgets/QRadioButton>
 #include <QtWidgets/QStyleOption>
 
+#include <algorithm>
+
 namespace {
 
 QString describe(const QWidget &widget)
@@ -118,26 +120,74 @@ QString misfit(const QWidget &widget)
         .arg(room.height());
 }
 
-// A last line of one character, as scripts without blanks get it.
-QString orphan(const QWidget &widget)
+// The lines in which a label shows its text, blanks and invisible characters included.
+QStringList shownLines(const QLabel &label)
+{
+    QTextLayout layout(QString(label.text()).replace(QLatin1Char('\n'), QChar::LineSeparator),
+                       label.font());
+    layout.beginLayout();
+    QStringList lines;
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(textRoom(label).width());
+        lines += layout.text().mid(line.textStart(), line.textLength());
+    }
+    layout.endLayout();
+    return lines;
+}
+
+bool isOf(QChar letter, std::initializer_list<QChar::Script> scripts)
+{
+    return std::find(scripts.begin(), scripts.end(), letter.script()) != scripts.end();
+}
+
+// Whether a line that ends in one letter and another that begins with the next part a word. Korean
+// words are parted by blanks. In Japanese, hiragana follow what they inflect or mark; a word begins
+// where they end.
+bool isWordParted(QChar last, QChar first)
+{
+    if (!last.isLetterOrNumber() || !first.isLetterOrNumber())
+        return false;
+    const auto hiragana = QChar::Script_Hiragana;
+    if (isOf(last, {QChar::Script_Hangul}) || isOf(first, {QChar::Script_Hangul}))
+        return true;
+    if (isOf(last, {hiragana}))
+        return isOf(first, {hiragana});
+    return isOf(first, {hiragana, QChar::Script_Katakana}) || isOf(last, {QChar::Script_Katakana});
+}
+
+// Last lines of one character, as scripts without blanks get them, and parted words.
+QStringList badLines(const QWidget &widget)
 {
     const auto *label = qobject_cast<const QLabel *>(&widget);
     if (!label || !label->wordWrap())
         return {};
-    const QStringList paragraphs = label->text().split(QLatin1Char('\n'));
-    for (const QString &paragraph : paragraphs) {
-        QTextLayout layout(paragraph, label->font());
-        layout.beginLayout();
-        int lines = 0;
-        int length = 0;
-        for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-            line.setLineWidth(textRoom(widget).width());
-            length = line.textLength();
-            ++lines;
-        }
-        layout.endLayout();
-        if (lines > 1 && length == 1)
-            return QStringLiteral("last line of one character: ") + describe(widget);
+    QStringList list;
+    const QStringList lines = shownLines(*label);
+    for (int i = 1; i < lines.size(); ++i) {
+        const QString &above = lines.at(i - 1);
+        if (above.isEmpty() || lines.at(i).isEmpty() || above.endsWith(QChar::LineSeparator))
+            continue; // a break that stands in the text
+        const bool isLast = i + 1 == lines.size() || lines.at(i).endsWith(QChar::LineSeparator);
+        if (isLast && lines.at(i).trimmed().size() == 1)
+            list += QStringLiteral("last line of one character: ") + describe(widget);
+        if (isWordParted(above.back(), lines.at(i).front()))
+            list += QStringLiteral("word parted: \"%1|%2\" in ").arg(above, lines.at(i)) +
+                    describe(widget);
+    }
+    return list;
+}
+
+// Buttons are given their lines; what is read aloud is the text without them.
+QString partedOnButton(const QWidget &widget)
+{
+    const auto *button = qobject_cast<const QAbstractButton *>(&widget);
+    if (!button || !button->text().contains(QLatin1Char('\n')))
+        return {};
+    const QStringList lines = button->text().split(QLatin1Char('\n'));
+    for (int i = 1; i < lines.size(); ++i) {
+        if (isWordParted(lines.at(i - 1).back(), lines.at(i).front()) &&
+            !button->accessibleName().contains(lines.at(i - 1) + QLatin1Char(' ') + lines.at(i)))
+            return QStringLiteral("word parted: ") + describe(widget);
     }
     return {};
 }
@@ -165,9 +215,10 @@ QStringList textComplaints(const QWidget &widget)
     const QString cut = misfit(widget);
     if (!cut.isEmpty())
         list += cut;
-    const QString left = orphan(widget);
-    if (!left.isEmpty())
-        list += left;
+    list += badLines(widget);
+    const QString parted = partedOnButton(widget);
+    if (!parted.isEmpty())
+        list += parted;
     if (lacksGlyphs(Gallery::shownText(widget), widget.font()))
         list += QStringLiteral("missing glyphs: ") + describe(widget);
     return list;

@@ -1,0 +1,45 @@
+#include "ui/wrappedlabel.h"
+
+#include "ui/wordbreaks.h"
+
+#include <QtGui/QFontInfo>
+
+namespace {
+
+constexpr int leastFontSize = 10;
+
+} // namespace
+
+void WrappedLabel::setText(const QString &text)
+{
+    m_text = text;
+    setAccessibleName(text);
+    QLabel::setText(WordBreaks::joined(text));
+}
+
+void WrappedLabel::resizeEvent(QResizeEvent *event)
+{
+    QLabel::resizeEvent(event);
+    keepWordsWhole();
+    shrinkToMaximumHeight();
+}
+
+void WrappedLabel::keepWordsWhole()
+{
+    QString shown = WordBreaks::joined(m_text);
+    // A word that is wider than the label is better broken than cut off.
+    const QRect narrow(0, 0, 1, QWIDGETSIZE_MAX);
+    if (shown != m_text && fontMetrics().boundingRect(narrow, Qt::TextWordWrap, shown).width() >
+                               contentsRect().width())
+        shown = m_text;
+    if (shown != QLabel::text())
+        QLabel::setText(shown);
+}
+
+void WrappedLabel::shrinkToMaximumHeight()
+{
+    // How tall a line is depends on the script and on the fonts that the system has for it.
+    int size = QFontInfo(font()).pixelSize();
+    while (heightForWidth(width()) > maximumHeight() && --size >= leastFontSize)
+        setStyleSheet(QStringLiteral("font-size: %1px").arg(size));
+}
