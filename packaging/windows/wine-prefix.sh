@@ -38,8 +38,6 @@ make_template() {
   export WINEPREFIX=$wine_folder/template.part
   rm -rf "$WINEPREFIX"
   wineboot --init
-  # By itself this Wine passes for Windows 7.
-  wine winecfg -v win10
   # A crash is an exit code, not a dialog.
   wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f
   wineserver --wait
