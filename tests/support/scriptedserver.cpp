@@ -227,14 +227,17 @@ void ScriptedServer::Connection::readRest()
     const int headSize = m_received.indexOf("\r\n\r\n");
     if (headSize < 0)
         return;
-    const QList<QByteArray> lines = m_received.left(headSize).split('\n');
-    for (const QByteArray &line : lines) {
-        const int colon = line.indexOf(':');
-        m_request.headers.insert(line.left(colon).toLower(), line.mid(colon + 1).trimmed());
+    if (m_request.headers.isEmpty()) {
+        const QList<QByteArray> lines = m_received.left(headSize).split('\n');
+        for (const QByteArray &line : lines) {
+            const int colon = line.indexOf(':');
+            m_request.headers.insert(line.left(colon).toLower(), line.mid(colon + 1).trimmed());
+        }
     }
-    m_request.body = m_received.mid(headSize + 4);
-    if (m_request.body.size() < m_request.headers.value("content-length").toInt())
+    const int bodySize = m_received.size() - headSize - 4;
+    if (bodySize < m_request.headers.value("content-length").toInt())
         return;
+    m_request.body = m_received.right(bodySize);
     m_received.clear();
     take();
 }
@@ -348,7 +351,7 @@ void ScriptedServer::forget(Connection *connection)
 
 ClosedPort::ClosedPort()
 {
-    // Bound and not listening: nobody else can take the port meanwhile.
+    // Bound and not listening: no other program can take the port meanwhile.
     if (!m_socket.bind(QHostAddress::LocalHost, 0, QAbstractSocket::DontShareAddress))
         qFatal("cannot bind a port on the loopback interface");
 }

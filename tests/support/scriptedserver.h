@@ -135,8 +135,7 @@ private:
     int m_mostOpenRequests = 0;
 };
 
-/// A port on the loopback interface at which nobody answers: connections are refused for as long
-/// as the object lives.
+/// A port on the loopback interface that refuses connections for as long as the object lives.
 class ClosedPort
 {
 public:

@@ -1,4 +1,5 @@
 #include "config/content/configcontent.h"
+#include "tests/support/literals.h"
 #include "tests/support/testcase.h"
 
 #include <QtCore/QDir>
@@ -18,11 +19,11 @@ private Q_SLOTS:
 void TestBuiltinDocuments::initTestCase_data()
 {
     QTest::addColumn<QString>("file");
-    const QDir documents(QStringLiteral(":/Resources/cfg"));
+    const QDir documents(":/Resources/cfg"_s);
     const QStringList names = documents.entryList();
     QCOMPARE(names.join(QLatin1Char(' ')),
-             QStringLiteral("ar.cfg de.cfg en.cfg es.cfg fr.cfg id.cfg it.cfg ja.cfg ko.cfg nl.cfg "
-                            "pl.cfg pt.cfg ro.cfg ru.cfg sv.cfg tw.cfg"));
+             "ar.cfg de.cfg en.cfg es.cfg fr.cfg id.cfg it.cfg ja.cfg ko.cfg nl.cfg "
+             "pl.cfg pt.cfg ro.cfg ru.cfg sv.cfg tw.cfg"_s);
     for (const QString &name : names)
         QTest::newRow(qPrintable(name)) << documents.filePath(name);
 }
@@ -32,16 +33,14 @@ void TestBuiltinDocuments::accessorsFindTheirOptions()
     QFETCH_GLOBAL(QString, file);
     const QJsonObject document = Config::readDocument(file).object();
     QStringList options;
-    const QList<QJsonObject> list = Config::jsonObjectList(
-        document.value(QLatin1String("problem_type")).toObject(), QStringLiteral("list"));
+    const QList<QJsonObject> list =
+        Config::jsonObjectList(document.value(QLatin1String("problem_type")).toObject(), "list"_s);
     for (const QJsonObject &option : list) {
-        const QString type =
-            Config::jsonString(Config::extendObject(option), QStringLiteral("option_type"));
+        const QString type = Config::jsonString(Config::extendObject(option), "option_type"_s);
         options += QString::number(option.value(QLatin1String("value")).toInt(-1)) + type;
     }
-    QCOMPARE(
-        options.join(QLatin1Char(' ')),
-        QStringLiteral("56homepage 57jump 58submit 59upgrade 60jump 61upgrade 62 63 64submit"));
+    QCOMPARE(options.join(QLatin1Char(' ')),
+             "56homepage 57jump 58submit 59upgrade 60jump 61upgrade 62 63 64submit"_s);
 }
 
 QTEST_GUILESS_MAIN(TestBuiltinDocuments)

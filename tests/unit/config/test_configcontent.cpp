@@ -1,4 +1,5 @@
 #include "config/content/configcontent.h"
+#include "tests/support/literals.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
 
@@ -17,31 +18,25 @@ private Q_SLOTS:
     void languageComesFromTheInstallation();
     void readDocument_data();
     void readDocument();
-    void hugeDocumentIsRead();
-    void jsonString_data();
-    void jsonString();
+    void readsALargeDocument();
+    void stringIsEmptyUnlessItIsText();
     void objectListSkipsWhatIsNoObject();
     void optionType_data();
     void optionType();
-    void emptyTypeMatchesOptionsWithoutOne();
-    void optionImagePath_data();
-    void optionImagePath();
-    void productIconPath_data();
-    void productIconPath();
+    void picturePath_data();
+    void picturePath();
 };
 
 namespace {
 
-QJsonObject parsed(const char *json)
+QJsonObject parsed(const QByteArray &json)
 {
     const QJsonDocument document = QJsonDocument::fromJson(json);
     Q_ASSERT(document.isObject());
     return document.object();
 }
 
-const QString defaultBanner = QStringLiteral(":/Resources/light/Option0_2x.png");
-const QString defaultIcon = QStringLiteral(":/Resources/light/ico_default_2x.png");
-const QString images = QStringLiteral("Temp/Norvane Clipwright Uninstaller/Configs/Images");
+const QString images = "Temp/Norvane Clipwright Uninstaller/Configs/Images"_s;
 
 } // namespace
 
@@ -51,9 +46,9 @@ void TestConfigContent::foldersAreMadeOnDemand()
     QVERIFY(!QDir(sandbox.path(images)).exists());
     QCOMPARE(Config::imagesDir(), sandbox.path(images));
     QVERIFY(QDir(sandbox.path(images)).exists());
-    QCOMPARE(Config::configDir() + QStringLiteral("/Images"), Config::imagesDir());
-    QCOMPARE(Config::configFilePath(), Config::configDir() + QStringLiteral("/en.cfg"));
-    QCOMPARE(Config::configProductId(), QStringLiteral("846"));
+    QCOMPARE(Config::configDir() + "/Images"_s, Config::imagesDir());
+    QCOMPARE(Config::configFilePath(), Config::configDir() + "/en.cfg"_s);
+    QCOMPARE(Config::configProductId(), "846"_s);
 }
 
 void TestConfigContent::languageCode_data()
@@ -80,10 +75,10 @@ void TestConfigContent::languageCode()
 void TestConfigContent::languageComesFromTheInstallation()
 {
     const Sandbox sandbox;
-    sandbox->writeProductIni(QStringLiteral("JPN"));
-    QCOMPARE(Config::configLanguageCode(), QStringLiteral("ja"));
+    sandbox->writeProductIni("JPN"_s);
+    QCOMPARE(Config::configLanguageCode(), "ja"_s);
     sandbox->writeProductIni(QString());
-    QCOMPARE(Config::configLanguageCode(), QStringLiteral("en"));
+    QCOMPARE(Config::configLanguageCode(), "en"_s);
 }
 
 void TestConfigContent::readDocument_data()
@@ -91,177 +86,141 @@ void TestConfigContent::readDocument_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QByteArray>("compact");
 
-    QTest::newRow("empty file") << QByteArray() << QByteArray();
-    QTest::newRow("not json") << QByteArray("<html></html>") << QByteArray();
-    QTest::newRow("cut off") << QByteArray("{\"a\": [1, 2") << QByteArray();
-    QTest::newRow("object") << QByteArray("{\"a\": 1}") << QByteArray("{\"a\":1}");
-    QTest::newRow("array") << QByteArray("[1]") << QByteArray("[1]");
-    QTest::newRow("byte order mark")
-        << QByteArray("\xEF\xBB\xBF{\"a\":1}") << QByteArray("{\"a\":1}");
-    QTest::newRow("windows line ends")
-        << QByteArray("{\r\n\"a\": 1\r\n}") << QByteArray("{\"a\":1}");
-    QTest::newRow("letters outside ASCII") << QByteArray("{\"a\":\"\xC3\xA4\xE5\x8B\x95\"}")
-                                           << QByteArray("{\"a\":\"\xC3\xA4\xE5\x8B\x95\"}");
-    QTest::newRow("too deep") << QByteArray(5000, '[') << QByteArray();
-    QTest::newRow("trailing text") << QByteArray("{} x") << QByteArray();
+    const auto row = [](const char *name, const QByteArray &content,
+                        const QByteArray &compact = {}) {
+        QTest::newRow(name) << content << compact;
+    };
+    row("empty file", {});
+    row("not json", "<html></html>");
+    row("cut off", "{\"a\": [1, 2");
+    row("object", "{\"a\": 1}", "{\"a\":1}");
+    row("array", "[1]", "[1]");
+    row("byte order mark", "\xEF\xBB\xBF{\"a\":1}", "{\"a\":1}");
+    row("windows line ends", "{\r\n\"a\": 1\r\n}", "{\"a\":1}");
+    row("letters outside ASCII", "{\"a\":\"\xC3\xA4\xE5\x8B\x95\"}",
+        "{\"a\":\"\xC3\xA4\xE5\x8B\x95\"}");
+    row("too deep", QByteArray(5000, '['));
+    row("trailing text", "{} x");
 }
 
 void TestConfigContent::readDocument()
 {
     QFETCH(QByteArray, content);
     const Sandbox sandbox(Sandbox::Content::Nothing);
-    sandbox.writeFile(QStringLiteral("document.cfg"), content);
-    const QJsonDocument document =
-        Config::readDocument(sandbox.path(QStringLiteral("document.cfg")));
+    sandbox.writeFile("document.cfg"_s, content);
+    const QJsonDocument document = Config::readDocument(sandbox.path("document.cfg"_s));
     QTEST(document.toJson(QJsonDocument::Compact), "compact");
-    QVERIFY(Config::readDocument(sandbox.path(QStringLiteral("none"))).isNull());
+    QVERIFY(Config::readDocument(sandbox.path("none"_s)).isNull());
     QVERIFY(Config::readDocument(sandbox.path(QString())).isNull()); // a folder
 }
 
-void TestConfigContent::hugeDocumentIsRead()
+void TestConfigContent::readsALargeDocument()
 {
     const Sandbox sandbox(Sandbox::Content::Nothing);
     QByteArray content = "{\"list\": [{}";
     content.reserve(9 * 1024 * 1024); // else each addition moves it
     while (content.size() < 8 * 1024 * 1024)
         content += ", {\"name\": \"" + QByteArray(1000, 'x') + "\"}";
-    sandbox.writeFile(QStringLiteral("document.cfg"), content + "]}");
-    const QJsonObject document =
-        Config::readDocument(sandbox.path(QStringLiteral("document.cfg"))).object();
-    QVERIFY(Config::jsonObjectList(document, QStringLiteral("list")).size() > 8000);
+    sandbox.writeFile("document.cfg"_s, content + "]}");
+    const QJsonObject document = Config::readDocument(sandbox.path("document.cfg"_s)).object();
+    QVERIFY(Config::jsonObjectList(document, "list"_s).size() > 8000);
 }
 
-void TestConfigContent::jsonString_data()
+void TestConfigContent::stringIsEmptyUnlessItIsText()
 {
-    QTest::addColumn<QByteArray>("object");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("text") << QByteArray("{\"k\":\"v\"}") << QStringLiteral("v");
-    QTest::newRow("missing") << QByteArray("{}") << QString();
-    QTest::newRow("number") << QByteArray("{\"k\":12}") << QString();
-    QTest::newRow("bool") << QByteArray("{\"k\":true}") << QString();
-    QTest::newRow("null") << QByteArray("{\"k\":null}") << QString();
-    QTest::newRow("object") << QByteArray("{\"k\":{}}") << QString();
-    QTest::newRow("other case") << QByteArray("{\"K\":\"v\"}") << QString();
-}
-
-void TestConfigContent::jsonString()
-{
-    QFETCH(QByteArray, object);
-    QTEST(Config::jsonString(parsed(object.constData()), QStringLiteral("k")), "text");
+    QCOMPARE(Config::jsonString(parsed(R"({"k": "v"})"), "k"_s), "v"_s);
+    for (const char *json : {"{}", R"({"k": 12})", R"({"k": true})", R"({"k": null})",
+                             R"({"k": {}})", R"({"K": "v"})"})
+        QVERIFY2(Config::jsonString(parsed(json), "k"_s).isEmpty(), json);
 }
 
 void TestConfigContent::objectListSkipsWhatIsNoObject()
 {
     const QJsonObject object =
         parsed(R"({"list": [{"n": 3}, 1, "x", [], null, {"n": 1}, {"n": 3}], "no": {"n": 1}})");
-    const QList<QJsonObject> list = Config::jsonObjectList(object, QStringLiteral("list"));
+    const QList<QJsonObject> list = Config::jsonObjectList(object, "list"_s);
     QCOMPARE(list.size(), 3); // in the array's order, and none taken for a duplicate
     QCOMPARE(list.at(0).value(QLatin1String("n")), QJsonValue(3));
     QCOMPARE(list.at(1).value(QLatin1String("n")), QJsonValue(1));
     QCOMPARE(list.at(2).value(QLatin1String("n")), QJsonValue(3));
-    QVERIFY(Config::jsonObjectList(object, QStringLiteral("no")).isEmpty());
-    QVERIFY(Config::jsonObjectList(object, QStringLiteral("missing")).isEmpty());
+    QVERIFY(Config::jsonObjectList(object, "no"_s).isEmpty());
+    QVERIFY(Config::jsonObjectList(object, "missing"_s).isEmpty());
 }
 
 void TestConfigContent::optionType_data()
 {
     QTest::addColumn<QByteArray>("option");
     QTest::addColumn<QString>("type");
-    QTest::newRow("jump") << QByteArray(R"({"extend": "{\"option_type\":\"jump\",\"url\":\"\"}"})")
-                          << QStringLiteral("jump");
-    QTest::newRow("empty text") << QByteArray(R"({"extend": ""})") << QString();
-    QTest::newRow("empty object") << QByteArray(R"({"extend": "{}"})") << QString();
-    QTest::newRow("missing") << QByteArray("{}") << QString();
-    QTest::newRow("an object instead of text counts as missing")
-        << QByteArray(R"({"extend": {"option_type": "jump"}})") << QString();
-    QTest::newRow("not json") << QByteArray(R"({"extend": "option_type=jump"})") << QString();
-    QTest::newRow("an array") << QByteArray(R"({"extend": "[\"jump\"]"})") << QString();
-    QTest::newRow("type is a number")
-        << QByteArray(R"({"extend": "{\"option_type\":1}"})") << QString();
+    const auto row = [](const char *name, const QByteArray &option, const QString &type = {}) {
+        QTest::newRow(name) << option << type;
+    };
+    row("jump", R"({"extend": "{\"option_type\":\"jump\",\"url\":\"\"}"})", "jump"_s);
+    row("empty text", R"({"extend": ""})");
+    row("empty object", R"({"extend": "{}"})");
+    row("missing", "{}");
+    row("an object instead of text", R"({"extend": {"option_type": "jump"}})");
+    row("not json", R"({"extend": "option_type=jump"})");
+    row("an array", R"({"extend": "[\"jump\"]"})");
+    row("type is a number", R"({"extend": "{\"option_type\":1}"})");
 }
 
 void TestConfigContent::optionType()
 {
     QFETCH(QByteArray, option);
     QFETCH(QString, type);
-    const QJsonObject object = parsed(option.constData());
-    QCOMPARE(Config::jsonString(Config::extendObject(object), QStringLiteral("option_type")), type);
-    QCOMPARE(Config::hasOptionType(object, {QStringLiteral("jump"), QStringLiteral("x")}),
-             type == QLatin1String("jump"));
-    QVERIFY(!Config::hasOptionType(object, {QStringLiteral("Jump")}));
+    const QJsonObject object = parsed(option);
+    QCOMPARE(Config::jsonString(Config::extendObject(object), "option_type"_s), type);
+    QCOMPARE(Config::hasOptionType(object, {"jump"_s, "x"_s}), type == QLatin1String("jump"));
+    QCOMPARE(Config::hasOptionType(object, {"Jump"_s, QString()}), type.isEmpty());
     QVERIFY(!Config::hasOptionType(object, {}));
 }
 
-void TestConfigContent::emptyTypeMatchesOptionsWithoutOne()
+void TestConfigContent::picturePath_data()
 {
-    QVERIFY(Config::hasOptionType(QJsonObject(), {QString()}));
-    QVERIFY(Config::hasOptionType(QJsonObject(), {QStringLiteral("")}));
+    QTest::addColumn<QByteArray>("number");
+    QTest::addColumn<QByteArray>("link");
+    QTest::addColumn<QString>("name"); // behind "option_" or "pid_"; empty: the default picture
+    const auto row = [](const char *title, const QByteArray &number, const QByteArray &link,
+                        const QString &name = {}) {
+        QTest::newRow(title) << number << link << name;
+    };
+    const QByteArray link = R"("https://a.example/x/banner.jpg")";
+    row("downloaded", "64", link, "64.jpg"_s);
+    row("zero", "0", link, "0.jpg"_s);
+    row("no suffix", "64", R"("https://a.example/x")", "64."_s);
+    row("last of several dots", "64", R"("a.tar.gz")", "64.gz"_s);
+    row("other suffix than the file on disk", "64", R"("a.svg")");
+    row("link is null", "64", "null");
+    row("empty link", "64", R"("")");
+    row("link is a number", "64", "7");
+    row("number is null", "null", link);
+    row("number is text", R"("64")", link);
+    row("number is negative", "-1", link);
 }
 
-void TestConfigContent::optionImagePath_data()
+void TestConfigContent::picturePath()
 {
-    QTest::addColumn<QByteArray>("option");
-    QTest::addColumn<QString>("file"); // in the image folder, made before; empty: the default
-    const QByteArray link = R"("banner_url": "https://a.example/x/banner.jpg")";
-    QTest::newRow("downloaded") << "{\"value\": 64, " + link + "}"
-                                << QStringLiteral("option_64.jpg");
-    QTest::newRow("zero") << "{\"value\": 0, " + link + "}" << QStringLiteral("option_0.jpg");
-    QTest::newRow("no suffix") << QByteArray(
-                                      R"({"value": 64, "banner_url": "https://a.example/x"})")
-                               << QStringLiteral("option_64.");
-    QTest::newRow("last of several dots")
-        << QByteArray(R"({"value": 64, "banner_url": "a.tar.gz"})")
-        << QStringLiteral("option_64.gz");
-    QTest::newRow("no link") << QByteArray(R"({"value": 64})") << QString();
-    QTest::newRow("empty link") << QByteArray(R"({"value": 64, "banner_url": ""})") << QString();
-    QTest::newRow("link is a number")
-        << QByteArray(R"({"value": 64, "banner_url": 7})") << QString();
-    QTest::newRow("no value") << "{" + link + "}" << QString();
-    QTest::newRow("value is text") << "{\"value\": \"64\", " + link + "}" << QString();
-    QTest::newRow("value is negative") << "{\"value\": -5, " + link + "}" << QString();
-}
-
-void TestConfigContent::optionImagePath()
-{
-    QFETCH(QByteArray, option);
-    QFETCH(QString, file);
+    QFETCH(QByteArray, number);
+    QFETCH(QByteArray, link);
+    QFETCH(QString, name);
     const Sandbox sandbox(Sandbox::Content::Nothing);
-    const QJsonObject object = parsed(option.constData());
-    QCOMPARE(Config::optionImagePath(object), defaultBanner); // nothing downloaded yet
+    const QJsonObject option =
+        parsed(R"({"value": )" + number + R"(, "banner_url": )" + link + "}");
+    const QJsonObject product = parsed(R"({"pid": )" + number + R"(, "icon": )" + link + "}");
+    const QString defaultBanner = ":/Resources/light/Option0_2x.png"_s;
+    const QString defaultIcon = ":/Resources/light/ico_default_2x.png"_s;
+    QCOMPARE(Config::optionImagePath(option), defaultBanner); // nothing downloaded yet
+    QCOMPARE(Config::productIconPath(product), defaultIcon);
 
-    const QStringList downloads{QStringLiteral("option_64.png"), QStringLiteral("option_-5.jpg"),
-                                QStringLiteral("option_-1.jpg"), file};
-    for (const QString &download : downloads)
-        sandbox.writeFile(images + QLatin1Char('/') + download +
-                              (download.isEmpty() ? QStringLiteral("x") : QString()),
-                          "not even a picture");
-    QCOMPARE(Config::optionImagePath(object),
-             file.isEmpty() ? defaultBanner : Config::imagesDir() + QLatin1Char('/') + file);
-}
-
-void TestConfigContent::productIconPath_data()
-{
-    QTest::addColumn<QByteArray>("product");
-    QTest::addColumn<QString>("file");
-    const QByteArray icon = R"("icon": "https://a.example/i/app.png")";
-    QTest::newRow("downloaded") << "{\"pid\": 10, " + icon + "}" << QStringLiteral("pid_10.png");
-    QTest::newRow("negative pid, even if a file has its name")
-        << "{\"pid\": -5, " + icon + "}" << QString();
-    QTest::newRow("no pid") << "{" + icon + "}" << QString();
-    QTest::newRow("no icon") << QByteArray("{\"pid\": 10}") << QString();
-    QTest::newRow("other suffix than the file on disk")
-        << QByteArray(R"({"pid": 10, "icon": "app.svg"})") << QString();
-}
-
-void TestConfigContent::productIconPath()
-{
-    QFETCH(QByteArray, product);
-    QFETCH(QString, file);
-    const Sandbox sandbox(Sandbox::Content::Nothing);
-    for (const char *name : {"pid_10.png", "pid_-5.png", "pid_-1.png"})
-        sandbox.writeFile(images + QLatin1Char('/') + QString::fromLatin1(name), "x");
-    QCOMPARE(Config::productIconPath(parsed(product.constData())),
-             file.isEmpty() ? defaultIcon : Config::imagesDir() + QLatin1Char('/') + file);
+    for (const QString &prefix : {"/option_"_s, "/pid_"_s}) {
+        for (const QString &download : {"64.png"_s, "-1.jpg"_s, "-1."_s, "64x"_s, name})
+            sandbox.writeFile(images + prefix + download, "not even a picture");
+    }
+    const QString folder = Config::imagesDir();
+    QCOMPARE(Config::optionImagePath(option),
+             name.isEmpty() ? defaultBanner : folder + "/option_"_s + name);
+    QCOMPARE(Config::productIconPath(product),
+             name.isEmpty() ? defaultIcon : folder + "/pid_"_s + name);
 }
 
 QTEST_GUILESS_MAIN(TestConfigContent)

@@ -1,5 +1,6 @@
 #include "app/env/languages.h"
 #include "config/content/configcontent.h"
+#include "tests/support/literals.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
 
@@ -17,8 +18,8 @@ private Q_SLOTS:
 void TestLoadBuiltin::languageWithoutBuiltinDocumentGivesEmptyLists()
 {
     const Sandbox sandbox;
-    sandbox->writeProductIni(QStringLiteral("CHS"));
-    QCOMPARE(Config::configLanguageCode(), QStringLiteral("zh"));
+    sandbox->writeProductIni("CHS"_s);
+    QCOMPARE(Config::configLanguageCode(), "zh"_s);
     QVERIFY(Config::loadConfig().isEmpty());
     QVERIFY(Config::problemTypeList().isEmpty());
     QVERIFY(Config::recommendedList().isEmpty());
@@ -28,7 +29,7 @@ void TestLoadBuiltin::languageWithoutBuiltinDocumentGivesEmptyLists()
 void TestLoadBuiltin::unknownLanguageGetsTheEnglishDocument()
 {
     const Sandbox sandbox;
-    sandbox->writeProductIni(QStringLiteral("xyz"));
+    sandbox->writeProductIni("xyz"_s);
     QCOMPARE(Config::loadConfig().value(QLatin1String("pid")), QJsonValue(846));
     QCOMPARE(Config::problemTypeList().size(), 9);
     QVERIFY(Config::recommendedList().size() >= 4);

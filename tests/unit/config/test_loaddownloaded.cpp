@@ -1,4 +1,5 @@
 #include "config/content/configcontent.h"
+#include "tests/support/literals.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
 
@@ -16,7 +17,7 @@ private Q_SLOTS:
 void TestLoadDownloaded::brokenFileIsNotReplacedButTriedAgain()
 {
     const Sandbox sandbox;
-    const QString file = QStringLiteral("Temp/Norvane Clipwright Uninstaller/Configs/en.cfg");
+    const QString file = "Temp/Norvane Clipwright Uninstaller/Configs/en.cfg"_s;
     for (const char *broken : {"", "{\"problem_type\":", "<html>", "[]", "{}"}) {
         sandbox.writeFile(file, broken);
         QVERIFY2(Config::loadConfig().isEmpty(), broken);

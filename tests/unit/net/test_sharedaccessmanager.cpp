@@ -1,5 +1,6 @@
 #include "net/kbasetask.h"
 #include "net/sharedaccessmanager.h"
+#include "tests/support/literals.h"
 #include "tests/support/scriptedserver.h"
 #include "tests/support/testcase.h"
 
@@ -53,14 +54,14 @@ void TestSharedAccessManager::fetchesFromTheWebAlone_data()
 {
     QTest::addColumn<QString>("link");
     QTest::newRow("file") << QUrl::fromLocalFile(localFile()).toString();
-    QTest::newRow("file, oddly written") << QStringLiteral("FILE:") + localFile();
+    QTest::newRow("file, oddly written") << "FILE:"_s + localFile();
     QTest::newRow("path") << localFile();
-    QTest::newRow("share") << QStringLiteral("file://share.invalid/folder/a.png");
-    QTest::newRow("share in capitals") << QStringLiteral("FILE://share.invalid/folder/a.png");
-    QTest::newRow("data") << QStringLiteral("data:text/plain,secret");
-    QTest::newRow("resource") << QStringLiteral("qrc:/a.png");
-    QTest::newRow("ftp") << QStringLiteral("ftp://127.0.0.1/a.png");
-    QTest::newRow("script") << QStringLiteral("javascript:alert(1)");
+    QTest::newRow("share") << "file://share.invalid/folder/a.png"_s;
+    QTest::newRow("share in capitals") << "FILE://share.invalid/folder/a.png"_s;
+    QTest::newRow("data") << "data:text/plain,secret"_s;
+    QTest::newRow("resource") << "qrc:/a.png"_s;
+    QTest::newRow("ftp") << "ftp://127.0.0.1/a.png"_s;
+    QTest::newRow("script") << "javascript:alert(1)"_s;
     QTest::newRow("nothing") << QString();
 }
 
@@ -77,10 +78,9 @@ void TestSharedAccessManager::fetchesFromTheWebAlone()
 void TestSharedAccessManager::followsRedirectsInTheWeb()
 {
     ScriptedServer server;
-    server.answer(QStringLiteral("/a"),
-                  ScriptedServer::Answer::redirect(server.url(QStringLiteral("/b"))));
-    server.answer(QStringLiteral("/b"), ScriptedServer::Answer::ok("from the web"));
-    KBaseTask task(Net::sharedAccessManager(), server.url(QStringLiteral("/a")));
+    server.answer("/a"_s, ScriptedServer::Answer::redirect(server.url("/b"_s)));
+    server.answer("/b"_s, ScriptedServer::Answer::ok("from the web"));
+    KBaseTask task(Net::sharedAccessManager(), server.url("/a"_s));
     task.start();
     task.waitForFinished(10000);
     QCOMPARE(task.status(), KBaseTask::TaskSucceeded);
@@ -91,21 +91,21 @@ void TestSharedAccessManager::followsNoRedirectOutOfTheWeb_data()
 {
     QTest::addColumn<QString>("target");
     QTest::newRow("file") << QUrl::fromLocalFile(localFile()).toString();
-    QTest::newRow("share") << QStringLiteral("file://share.invalid/folder/a.png");
-    QTest::newRow("share in capitals") << QStringLiteral("FILE://share.invalid/folder/a.png");
-    QTest::newRow("data") << QStringLiteral("data:text/plain,secret");
+    QTest::newRow("share") << "file://share.invalid/folder/a.png"_s;
+    QTest::newRow("share in capitals") << "FILE://share.invalid/folder/a.png"_s;
+    QTest::newRow("data") << "data:text/plain,secret"_s;
 }
 
 void TestSharedAccessManager::followsNoRedirectOutOfTheWeb()
 {
     QFETCH(QString, target);
     ScriptedServer server;
-    server.answer(QStringLiteral("/a"), ScriptedServer::Answer::redirect(target));
-    KBaseTask task(Net::sharedAccessManager(), server.url(QStringLiteral("/a")));
+    server.answer("/a"_s, ScriptedServer::Answer::redirect(target));
+    KBaseTask task(Net::sharedAccessManager(), server.url("/a"_s));
     task.start();
     task.waitForFinished(10000);
     QCOMPARE(task.status(), KBaseTask::TaskFailed);
-    QCOMPARE(task.errorString(), QStringLiteral("Protocol \"\" is unknown")); // nobody was asked
+    QCOMPARE(task.errorString(), "Protocol \"\" is unknown"_s); // and no other file was asked for
     QCOMPARE(task.readAll(), QByteArray());
 }
 
