@@ -11,6 +11,7 @@ import tempfile
 import unittest
 
 import jsonschema
+from PIL import Image
 
 FOLDER = pathlib.Path(__file__).resolve().parents[2] / "Resources" / "cfg"
 ENGLISH = json.loads((FOLDER / "en.cfg").read_text(encoding="utf-8"))
@@ -283,6 +284,46 @@ class Check(unittest.TestCase):
                              text=True, timeout=30, capture_output=True, check=False)
         self.assertIn("2 of 3 documents are in order", run.stdout)
         self.assertEqual(run.returncode, 1)
+
+    def check_banner(self, colour, size=(272, 480), light_word_at=None):
+        """Exit code and output for a banner of one colour, perhaps with one white patch."""
+        picture = Image.new("RGB", size, colour)
+        if light_word_at:
+            picture.paste("white", (*light_word_at, light_word_at[0] + 28, light_word_at[1] + 28))
+        picture.save(self.folder / "banner.png")
+        run = subprocess.run([FOLDER / "check", "--banner", self.folder / "banner.png"], text=True,
+                             timeout=30, capture_output=True, check=False)
+        return run.returncode, run.stdout
+
+    def test_banner_is_dark_enough_for_white_text(self):
+        self.assertEqual(self.check_banner("#4336c9"), (0, ""))
+        self.assertEqual(self.check_banner("#767676"), (0, ""))  # 4.54 : 1
+        code, output = self.check_banner("#787878")
+        self.assertIn("banner.png:1: the picture is too light for the white text on it: its upper "
+                      "two thirds need a contrast of 4.5 : 1 (found 4.4 : 1)", output)
+        self.assertEqual(code, 1)
+        self.assertIn("found 1.0 : 1", self.check_banner("black", light_word_at=(24, 40))[1])
+        self.assertIn("found 1.0 : 1", self.check_banner("black", light_word_at=(220, 292))[1])
+        for outside in ((24, 320), (24, 12), (248, 40)):
+            self.assertEqual(self.check_banner("black", light_word_at=outside)[0], 0, outside)
+
+    def test_banner_of_another_shape_is_noted(self):
+        code, output = self.check_banner("black", (272, 500))
+        self.assertIn("is stretched: its place is 272 to 480 (found 272 to 500) (note)", output)
+        self.assertEqual(code, 0)
+        self.assertEqual(self.check_banner("black", (545, 960)), (0, ""))
+
+    def test_banner_that_is_no_picture(self):
+        run = subprocess.run([FOLDER / "check", "--banner", FOLDER / "en.cfg"], text=True,
+                             timeout=30, capture_output=True, check=False)
+        self.assertIn("the picture cannot be read", run.stdout)
+        self.assertEqual(run.returncode, 1)
+
+    def test_built_in_banner_is_in_order(self):
+        for picture in (FOLDER.parent / "light").glob("Option*.png"):
+            run = subprocess.run([FOLDER / "check", "--banner", picture], text=True, timeout=30,
+                                 capture_output=True, check=False)
+            self.assertEqual((run.returncode, run.stdout), (0, ""), picture)
 
     def test_built_in_documents_are_held_to_more(self):
         (self.folder / "en.cfg").write_text(json.dumps(ENGLISH), encoding="utf-8")
