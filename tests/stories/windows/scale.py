@@ -1,15 +1,13 @@
-"""Stories of the display's scale: it is measured, and the window has that size. They are played on
-Windows 7, which is asked for its dots per inch: Wine hides no physical pixels from programs that
-know no DPI, which is how later systems are measured."""
+"""Stories of the display's scale: it is measured, and the window has that size. Since Windows 8.1 it
+is measured by physical pixels, before by dots per inch."""
 
 from tests.kit.driver import Role
 from tests.stories import events
 from tests.stories.story import MAIN, Outcome, story as listed
 
 
-def scale(story, dots_per_inch, factor):
-    if story.prefix.run("winecfg", "-v", "win7") != 0:
-        raise OSError("cannot choose the system's version")
+def scale(story, dots_per_inch, factor, version="win10"):
+    story.prefix.set_registry("HKCU\\Software\\Wine", "Version", "REG_SZ", version)
     story.prefix.set_registry("HKCU\\Control Panel\\Desktop", "LogPixels", "REG_DWORD",
                               dots_per_inch)
     story.prefix.end_session()  # it is read when a session begins
@@ -46,3 +44,15 @@ def scale_144(story):
 def scale_192(story):
     """A scale of two."""
     scale(story, 192, 2)
+
+
+@listed
+def scale_144_windows_7(story):
+    """A scale of three halves where the dots per inch tell it."""
+    scale(story, 144, 2, "win7")
+
+
+@listed
+def scale_192_windows_7(story):
+    """A scale of two where the dots per inch tell it."""
+    scale(story, 192, 2, "win7")
