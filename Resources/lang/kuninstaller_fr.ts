@@ -14,7 +14,7 @@ Norvane Clipwright ?</translation>
     </message>
     <message>
         <source>Remove all the effect resource files</source>
-        <translation>Supprimer aussi tous les fichiers d’effets</translation>
+        <translation>Supprimer aussi les fichiers d’effets</translation>
     </message>
     <message>
         <source>Remove</source>
