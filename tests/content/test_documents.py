@@ -46,7 +46,7 @@ class Documents(unittest.TestCase):
         for test, functions in re.findall(r"`(test_\w+): (\w+`(?:, `[a-z]+[A-Z]\w+`)*)", text):
             for function in re.findall(r"\w+", functions):
                 with self.subTest(test=test, function=function):
-                    self.assertIn(f" {function}()", sources.get(test, ""))
+                    self.assertTrue(f" {function}()" in sources.get(test, ""))
 
 
 if __name__ == "__main__":
