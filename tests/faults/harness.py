@@ -1,380 +1,324 @@
-"""What every row of the fault table uses: a screen of its own, the program in a sample
-installation, and what can be seen of it from outside: its windows, its events, its files, its
-children, its end."""
+"""What every row of the fault table uses: a sandbox, the program on a desktop of its own, and what
+can be observed from outside: windows, events, files, child processes, the exit code."""
 
 import contextlib
+import functools
+import glob
 import json
+import operator
 import os
 import re
+import shutil
 import signal
 import subprocess
 import threading
 import time
 
+from tests.faults.servers import SERVED, FaultyServer, document, refusing_url
 from tests.kit import installation
-from tests.kit.installation import browser_folder
-from tests.kit.folders import ROOT as SOURCES
 from tests.kit.folders import make_afresh
 
-SPLASH = "SplashWindow"
-MAIN = "Norvane Clipwright Uninstaller"
-CONFIRMATION = "Confirm uninstallation"
-MESSAGE = "message"  # has the main window's title, and is known by its size
+# Windows: title, and size where a title is not enough.
+SPLASH = ("SplashWindow", None)
+MAIN = ("Norvane Clipwright Uninstaller", (720, 480))
+MESSAGE = ("Norvane Clipwright Uninstaller", (320, 168))
+CONFIRMATION = ("Confirm uninstallation", None)
 
-# Where buttons stand in their windows.
+# Where buttons are in their windows.
 CONTINUE = (488, 436)
 CANCEL = (624, 436)
 REMOVE = (102, 276)
 
-# What marks the documents of a row: the value of their first reason, which the program reports.
-SERVED = "7001"
+# Files and folders of the sandbox.
+DATA = "Temp/Norvane Clipwright Uninstaller"
+CONFIGS = DATA + "/Configs"
+CACHED = CONFIGS + "/en.cfg"
+PICTURES = CONFIGS + "/Images"
+PRODUCT_DATA = "ProgramData/Norvane Clipwright"
+PRODUCT_INI = PRODUCT_DATA + "/Clipwright.ini"
+ACCOUNT_INI = PRODUCT_DATA + "/KConfig.ini"
+INSTALLED = "Program Files/Norvane/Norvane Clipwright"
+UNINSTALLER = INSTALLED + "/unins000.exe"
+UNINSTALLER_ORDERS = INSTALLED + "/unins000.dat"
+INSTALLER = "Program Files/Norvane/Norvane Clipwright Update/Norvane Clipwright Update.exe"
+INSTALLER_ORDERS = INSTALLER[:-len("exe")] + "txt"
+FEED_ORDERS = "Feed/orders.txt"
+
+# The value of a document's first reason, which the program reports, tells which document it shows.
 EARLIER = "7002"
 BUILT_IN = "57"
 NO_REASON = ""
+DOCUMENTS = {SERVED: "the served document", EARLIER: "the earlier document",
+             BUILT_IN: "the built-in document", NO_REASON: "no reasons"}
 
-
-# Seconds in which the main window comes when nothing has to be waited for. A busy machine may take
-# some of them; the ten that loading may take are more.
-PROMPT = 8.0
+# Limits in seconds, (from, to). The upper ones count by Stopwatch.
+PROMPT = (0.0, 3.0)  # start to main window when there is nothing to wait for
+FULL_TIME = (10.0, 13.0)  # the same when loading uses up its ten seconds
+AT_ONCE = (0.0, 2.0)  # end of the process by a signal
+FAREWELL = (0.5, 3.0)  # last input to end: half a second, and the analytics library's time
+WATCHDOG = (8.0, 10.5)  # the same when a library hangs
+RUN = (30.0, 33.0)  # Remove to success view
+SOON = 5.0
 
 
 class Skipped(Exception):
     """The machine does not allow what the row needs."""
 
 
-class Screen:
-    """An X server with a window manager."""
+class Stopwatch:
+    """Measures seconds, without those in which this thread, which observes the program, or the
+    program was ready to run but other processes had the processors: limits hold on a busy machine,
+    too, and need no margin for it. Of the program's threads, the one that lost most counts."""
 
-    _starting = threading.Lock()  # servers that look for a number at once may find the same
+    def __init__(self, process):
+        self._own = f"/proc/self/task/{threading.get_native_id()}/schedstat"
+        self._program = f"/proc/{process.pid}/task/*/schedstat"
+        self._lost = {}
+        self._before = self._delays()
+        self._began = time.monotonic()
 
-    def __init__(self):
-        self._server = self._manager = None
-        self.display = None
+    def seconds(self):
+        for file, delay in self._delays().items():
+            self._lost[file] = delay - self._before.get(file, 0)
+        own = self._lost.pop(self._own, 0)
+        return time.monotonic() - self._began - own - max(self._lost.values(), default=0)
 
-    def __enter__(self):
-        read_end, write_end = os.pipe()
-        with self._starting:
-            self._server = self._start(["Xvfb", "-screen", "0", "1000x680x24", "-nolisten", "tcp",
-                                        "-displayfd", str(write_end)], pass_fds=[write_end])
-            os.close(write_end)
-            with os.fdopen(read_end) as reply:
-                self.display = ":" + reply.readline().strip()
-        environment = {**os.environ, "DISPLAY": self.display}
-        self._manager = self._start(["openbox"], env=environment)
-        # A window that appears while the manager does is lost to both.
-        deadline = time.monotonic() + 30
-        while subprocess.run(["xdotool", "get_desktop"], env=environment, check=False,
-                             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode:
-            if self._manager.poll() is not None:
-                self._manager = self._start(["openbox"], env=environment)
-            if time.monotonic() > deadline:
-                self.__exit__()
-                raise AssertionError("no window manager")
-            time.sleep(0.05)
-        return self
-
-    def __exit__(self, *exception):
-        self.lose_manager()
-        self.vanish()
-
-    def vanish(self):
-        """The display goes away, with every window that is on it."""
-        self._server.terminate()
-        self._server.wait()
-
-    def lose_manager(self):
-        self._manager.kill()
-        self._manager.wait()
-
-    @staticmethod
-    def _start(command, **options):
-        return subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                                stderr=subprocess.DEVNULL, **options)
-
-
-def document(marker, pictures_at=None):
-    """A configuration document: a plain reason that bears the marker, one that offers the upgrade,
-    and what the built-in document offers. Without an address it refers to no picture."""
-    with open(os.path.join(SOURCES, "Resources/cfg/en.cfg"), encoding="utf-8") as file:
-        content = json.load(file)
-    homepage, *reasons = content["problem_type"]["list"]
-    plain = {"value": int(marker), "title": "Marked reason", "banner_title": "Marked"}
-    upgrade = next(reason for reason in reasons if reason["value"] == 61)
-    content["problem_type"]["list"] = [homepage, plain, upgrade, *reasons]
-    pictures = 0
-    for option in content["problem_type"]["list"]:
-        option["banner_url"] = f"{pictures_at}/banner_{option['value']}.png" if pictures_at else ""
-    for category in content["apps"]:
-        for product in category["list"]:
-            product["icon"] = f"{pictures_at}/icon_{product['pid']}.png" if pictures_at else ""
-            pictures += 1
-    return content
+    def _delays(self):
+        """How long each thread has waited for a processor since it was started."""
+        delays = {}
+        for file in [self._own, *glob.glob(self._program)]:
+            with contextlib.suppress(OSError, IndexError):  # the thread has ended
+                with open(file, encoding="ascii") as opened:
+                    delays[file] = int(opened.read().split()[1]) / 1e9
+        return delays
 
 
 class Fault:
-    """One row: its sandbox, the program's run in it, what was seen and what was wrong."""
+    """One row: its sandbox, the run of the program in it, what was observed and what was wrong."""
 
-    def __init__(self, binaries, folder, screen):
+    def __init__(self, binaries, folder, desktop):
         self.binaries = binaries
-        self.folder = folder
+        self.folder = make_afresh(folder)
         self.root = os.path.join(folder, "sandbox")
-        self.screen = screen
+        self.desktop = desktop
+        self.server = None
         self.process = None
-        self.started = None
-        self.seen = []
+        self.started = None  # the program, by the monotonic clock, and the last input
+        self.acted = None
+        self.cached = None  # the document when the program was started
+        self.notes = []
         self.failures = []
         self.remove_pressed = False
-        self.outliving = False
-        self._said = []
-        make_afresh(folder)
-        self._make_sandbox()
-
-    def _make_sandbox(self):
-        self.environment = {name: value for name, value in os.environ.items()
-                            if name not in ("DISPLAY", "QT_QPA_PLATFORM")}
-        self.environment.update(installation.make(self.binaries, self.root))
-        self.environment["DISPLAY"] = self.screen.display
-        self.environment["PATH"] = self._browser() + os.pathsep + self.environment["PATH"]
-        # No session bus; without a word about it one would be started, and left behind.
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + self.path("no-bus")
-        self.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = "http://127.0.0.1:9"
-        # The X11 plugin warns of windows that the window manager removed a moment before it did;
-        # debug lines are no warnings.
-        self.environment["QT_LOGGING_RULES"] = "qt.qpa.xcb=false;default.debug=false"
-        # A download of one chunk: the sample package is made for eyes that want to see it move.
-        with open(self.path("Feed/package"), "wb") as package:
-            package.write(bytes(range(250)) * 1200)
-        self.orders("Feed/orders.txt", target=self.path("Feed/Package"))
-
-    def _browser(self):
-        return browser_folder(self.path("bin"), self.path("Received/links.txt"))
+        self.child_goes_on = False
+        self.expected_output = []
+        self.at_end = contextlib.ExitStack()
+        self.environment = {**desktop.environment, **installation.make(binaries, self.root)}
+        browser = installation.browser_folder(self.path("bin"), self.path("Received/links.txt"))
+        self.environment.update(
+            PATH=browser + os.pathsep + self.environment["PATH"],
+            CLIPWRIGHT_SANDBOX_SERVICE=refusing_url(),
+            # The X11 plugin warns of windows that the window manager removed before it did; debug
+            # lines are no warnings.
+            QT_LOGGING_RULES="qt.qpa.xcb=false;default.debug=false")
+        # The sample package takes seconds to download; this one does not.
+        self.write("Feed/package", bytes(range(250)) * 1200)
+        self.order(FEED_ORDERS, target=self.path("Feed/Package"))
 
     # The sandbox
 
     def path(self, relative=""):
         return os.path.join(self.root, relative)
 
-    @property
-    def data(self):
-        return self.path("Temp/Norvane Clipwright Uninstaller")
-
-    @property
-    def product_data(self):
-        return self.path("ProgramData/Norvane Clipwright")
-
-    @property
-    def cached(self):
-        return os.path.join(self.data, "Configs/en.cfg")
-
-    @property
-    def pictures(self):
-        return os.path.join(self.data, "Configs/Images")
-
-    @property
-    def install_dir(self):
-        return self.path("Program Files/Norvane/Norvane Clipwright")
-
-    @property
-    def uninstaller(self):
-        return os.path.join(self.install_dir, "unins000.exe")
-
-    @property
-    def update_installer(self):
-        return self.path("Program Files/Norvane/Norvane Clipwright Update/"
-                         "Norvane Clipwright Update.exe")
-
-    def write(self, relative, content):
+    def write(self, relative, content, mode=None):
+        """Writes a file in place of whatever is there."""
         file = self.path(relative)
+        self.remove(relative)
         os.makedirs(os.path.dirname(file), exist_ok=True)
         with open(file, "wb") as target:
             target.write(content if isinstance(content, bytes) else content.encode())
-        return file
+        if mode is not None:
+            os.chmod(file, mode)
 
-    def orders(self, relative, **orders):
-        """Puts orders in front of those that a sample program or library has: the first counts."""
-        file = self.path(relative)
-        with contextlib.suppress(FileNotFoundError):
-            with open(file, encoding="utf-8") as earlier:
-                known = [line for line in earlier.read().splitlines()
-                         if line.partition("=")[0] not in orders]
-        self.write(relative, "".join(f"{key}={value}\n" for key, value in orders.items())
-                   + "\n".join(known) + "\n")
+    def remove(self, *relatives):
+        """Removes files and whole folders."""
+        for file in map(self.path, relatives):
+            if os.path.isdir(file):
+                shutil.rmtree(file, ignore_errors=True)  # the program may work there
+            elif os.path.lexists(file):
+                os.remove(file)
 
-    def order_uninstaller(self, **orders):
-        self.orders("Program Files/Norvane/Norvane Clipwright/unins000.dat", **orders)
+    def replace(self, relative, put):
+        """Removes a file and calls put(path), which makes something else in its place."""
+        self.remove(relative)
+        put(self.path(relative))
 
-    def order_installer(self, **orders):
-        self.orders("Program Files/Norvane/Norvane Clipwright Update/Norvane Clipwright Update.txt",
-                    **orders)
-
-    def put_script(self, file, body):
-        """A child of another kind: it says that it was started, then does as it is written."""
-        with contextlib.suppress(FileNotFoundError):
-            os.remove(file)
-        with open(file, "w", encoding="utf-8") as script:
-            script.write(f"#!/bin/bash\necho started >> '{self.path('Received/scripts.txt')}'\n"
-                         f"{body}\n")
-        os.chmod(file, 0o755)
-
-    def put_earlier_document(self):
-        os.makedirs(self.pictures)
-        with open(self.cached, "w", encoding="utf-8") as file:
-            json.dump(document(EARLIER), file)
-        return self.content(self.cached)
-
-    @staticmethod
-    def content(file):
+    def content(self, relative):
+        """What is in a file; None when there is none."""
         try:
-            with open(file, "rb") as opened:
-                return opened.read()
-        except FileNotFoundError:
+            with open(self.path(relative), "rb") as file:
+                return file.read()
+        except OSError:
             return None
-
-    def picture_names(self):
-        """What stands in the folder of pictures, left-overs included."""
-        return sorted(os.listdir(self.pictures)) if os.path.isdir(self.pictures) else []
-
-    def picture(self, name):
-        return self.content(os.path.join(self.pictures, name))
 
     def lines(self, relative):
         return installation.lines(self.path(relative))
 
+    def names_in(self, relative):
+        folder = self.path(relative)
+        return sorted(os.listdir(folder)) if os.path.isdir(folder) else []
+
+    def order(self, orders_file, **orders):
+        """Gives orders to a sample program or library, in place of those of the same names."""
+        kept = [line for line in self.lines(orders_file) if line.partition("=")[0] not in orders]
+        given = [f"{key}={value}" for key, value in orders.items()]
+        self.write(orders_file, "\n".join(given + kept) + "\n")
+
+    def put_script(self, relative, body):
+        """A child process of another kind: records that it was started, then runs the body."""
+        self.write(relative, f"#!/bin/bash\necho started >> '{self.path('Received/scripts.txt')}'\n"
+                             f"{body}\n", mode=0o755)
+
+    def put_earlier_document(self, change=lambda whole: whole):
+        os.makedirs(self.path(PICTURES))
+        self.write(CACHED, change(json.dumps(document(EARLIER)).encode()))
+
+    def serve(self, address="http://127.0.0.1:{port}", **faults):
+        """Starts a FaultyServer, which the program finds at that address."""
+        self.server = self.at_end.enter_context(FaultyServer(**faults))
+        self.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = address.format(port=self.server.port)
+
     # The program
 
-    def start(self, wrap=(), preload=(), **environment):
-        """Starts the program, by the command that wraps it where there is one."""
-        if preload:
-            environment["LD_PRELOAD"] = ":".join(preload)
+    def start(self, *mounts):
+        """Starts the program. Mounts are shell commands, run in the sandbox, whose mounts no other
+        process sees. The program has not root's rights there, which would override modes."""
         command = [os.path.join(self.binaries, "clipwright-uninstaller-sandbox")]
-        self.started = time.monotonic()
+        if mounts:
+            own_mounts = ["unshare", "--map-root-user", "--mount"]
+            if subprocess.run([*own_mounts, "true"], check=False,
+                              stderr=subprocess.DEVNULL).returncode:
+                raise Skipped("mount namespaces are not allowed here")
+            command = [*own_mounts, "sh", "-ec", f"{'; '.join(mounts)}; exec \"$0\"", *command]
+        self.cached = self.content(CACHED)
+        self.started = self.acted = time.monotonic()
         with open(os.path.join(self.folder, "program.log"), "ab") as log:
-            self.process = subprocess.Popen(
-                [*wrap, *command], env={**self.environment, **environment}, cwd=self.folder,
-                stdin=subprocess.DEVNULL, stdout=log, stderr=subprocess.STDOUT)
+            self.process = self.desktop.start(command, env=self.environment, cwd=self.root,
+                                              stdout=log, stderr=log)
 
-    def elapsed(self):
-        return time.monotonic() - self.started
+    def open(self, *mounts, limits=PROMPT):
+        """Starts the program and waits for its main window."""
+        self.start(*mounts)
+        self.wait_for_main_window(limits)
+
+    def let_child_go_on(self):
+        """A child process may outlive the program."""
+        self.child_goes_on = True
 
     def has_ended(self):
         return self.process.poll() is not None
 
     def wait_until(self, condition, seconds, what):
-        """Waits for a condition; that it does not come is a failure of the row."""
-        deadline = time.monotonic() + seconds
-        while not condition():
-            if time.monotonic() > deadline:
-                raise AssertionError(f"not within {seconds} s: {what}")
-            time.sleep(0.05)
+        """Waits for a condition and returns its value; when it does not come the row has failed."""
+        watch = Stopwatch(self.process)
+        while True:
+            value = condition()
+            if value:
+                return value
+            if watch.seconds() > seconds:
+                raise AssertionError(f"not within {seconds:g} s: {what}")
+            time.sleep(0.03)
 
-    def xdotool(self, *arguments, seconds=10):
-        done = subprocess.run(["xdotool", *arguments], stdout=subprocess.PIPE, check=False,
-                              stderr=subprocess.DEVNULL, encoding="ascii", timeout=seconds,
-                              env={**os.environ, "DISPLAY": self.screen.display})
-        return done.stdout.split()
+    def expect_lasted(self, since, limit, what):
+        took = time.monotonic() - since
+        self.note(f"{what} after {took:.1f} s")
+        self.expect(took >= limit, f"{what} no earlier than {limit:g} s, after {took:.2f} s")
 
-    def windows(self, title):
-        """The visible windows of a title."""
-        found = self.xdotool("search", "--onlyvisible", "--name",
-                             f"^{MAIN if title == MESSAGE else title}$")
-        if title not in (MAIN, MESSAGE):
-            return found
-        size = "720x480" if title == MAIN else "320x168"
-        return [window for window in found if size in self.xdotool("getwindowgeometry", window)]
-
-    def wait_for_window(self, title, seconds=5):
-        found = []
-
+    def wait_for_window(self, window, seconds=SOON):
         def is_there():
             if self.has_ended():
-                raise AssertionError(f"the program ended before {title} was shown "
-                                     f"(exit code {self.process.returncode})")
-            found[:] = self.windows(title)
-            return found
+                raise AssertionError(f"ended before {window[0]} was shown, with "
+                                     f"{self.process.returncode}")
+            return self.desktop.windows(*window)
 
-        self.wait_until(is_there, seconds, f"window {title}")
-        return found[0]
+        return self.wait_until(is_there, seconds, f"window {window[0]}")[0]
 
-    def press(self, title, *keys):
-        """Presses keys in a window, as soon as it has the keyboard."""
-        window = self.wait_for_window(title)
-        self.xdotool("windowactivate", "--sync", window)
-        self.wait_until(lambda: self.xdotool("getwindowfocus") == [window], 5,
-                        f"the keyboard in {title}")
-        self.xdotool("key", "--delay", "30", *keys)
+    def wait_for_main_window(self, limits=PROMPT):
+        self.wait_for_window(MAIN, limits[1])
+        self.expect_lasted(self.started, limits[0], "main window")
 
-    def click(self, title, place):
-        window = self.wait_for_window(title)
-        self.xdotool("mousemove", "--sync", "--window", window, str(place[0]), str(place[1]),
-                     "click", "1")
+    def wait_for_exit(self, code=0, limits=FAREWELL):
+        self.wait_until(self.has_ended, limits[1], "end of the program")
+        self.expect_lasted(self.acted, limits[0], "end")
+        self.expect_equal(self.process.returncode, code, "exit code")
 
-    def wait_for_main_window(self, at_least=0.0, within=PROMPT):
-        """The main window is there, and so is its document: it has said so."""
-        self.wait_for_window(MAIN, seconds=within + 8)
-        took = self.elapsed()
-        self.note(f"main window after {took:.1f} s")
-        self.expect(at_least <= took <= within,
-                    f"main window between {at_least:g} and {within:g} s, came after {took:.1f} s")
+    def terminate(self):
+        """Ends the program by a signal, which has its usual effect at every stage."""
+        self.process.terminate()
+        self.wait_for_exit(-signal.SIGTERM, AT_ONCE)
+
+    # What the user does
+
+    @staticmethod
+    def pause(seconds):
+        time.sleep(seconds)
+
+    def press(self, window, *keys):
+        self.wait_for_window(window)
+        self.desktop.wait_for_keyboard(*window)
+        self.acted = time.monotonic()
+        self.desktop.press_keys(*keys)
+
+    def click(self, window, place):
+        found = self.wait_for_window(window)
+        self.acted = time.monotonic()
+        self.desktop.click(found, *place)
 
     def choose(self, down=0):
+        """Chooses the first reason, or one further down."""
         self.press(MAIN, "Tab", "space", *["Down"] * down)
 
-    def confirm_removal(self):
-        """Chooses the first reason and goes through with the removal."""
-        self.choose()
-        self.go_on_to_removal()
-
-    def go_on_to_removal(self):
+    def ask_to_remove(self, choose=True):
+        """Chooses the first reason, unless one is chosen, and goes on to the last question."""
+        if choose:
+            self.choose()
         self.click(MAIN, CONTINUE)
         self.wait_for_window(CONFIRMATION)
+
+    def confirm_removal(self):
         self.remove_pressed = True
         self.click(CONFIRMATION, REMOVE)
 
+    def remove_product(self):
+        self.ask_to_remove()
+        self.confirm_removal()
+
     def take_offer(self):
-        """Chooses the reason that offers the upgrade, and takes it."""
+        """Chooses the reason that offers the upgrade, and accepts the offer."""
         self.choose(down=1)
         self.press(MAIN, "Tab", "space")
 
-    def leave(self, expected_reason, code=0):
-        """Leaves by Cancel, having chosen the first reason: which it is tells which document the
-        window shows."""
-        self.press(MAIN, "Tab", "space")
-        time.sleep(0.1)
-        if self.windows(MAIN):
+    def leave(self, expected_reason, limits=FAREWELL):
+        """Chooses the first reason and leaves by Cancel; the reason that is reported tells which
+        document the window shows."""
+        self.choose()
+        if expected_reason != NO_REASON:  # otherwise Cancel was all that Tab could lead to
             self.click(MAIN, CANCEL)
-        self.wait_for_exit(code)
+        self.wait_for_exit(limits=limits)
         chosen = [properties["MsgCode"] for action, properties in self.events()
                   if action == "UninstallCancel"]
-        names = {SERVED: "the served document", EARLIER: "the earlier document",
-                 BUILT_IN: "the built-in document", NO_REASON: "no reasons"}
-        self.note(f"shows {names.get(chosen[-1], chosen[-1]) if chosen else 'nothing'}")
+        self.note(f"shows {', '.join(DOCUMENTS.get(reason, reason) for reason in chosen)}")
         self.expect_equal(chosen, [expected_reason], "the reason that was chosen")
+        if expected_reason != SERVED:
+            self.expect_document_kept()
 
-    def close_by_keys(self, code=0):
+    def close(self, limits=FAREWELL):
         self.press(MAIN, "alt+F4")
-        self.wait_for_exit(code)
+        self.wait_for_exit(limits=limits)
 
-    def wait_for_exit(self, code=0, seconds=8):
-        asked = time.monotonic()
-        try:
-            found = self.process.wait(timeout=seconds)
-        except subprocess.TimeoutExpired:
-            raise AssertionError(f"still running {seconds} s after it was to end") from None
-        self.note(f"ended in {time.monotonic() - asked:.1f} s with {found}")
-        self.expect_equal(found, code, "exit code")
-
-    def terminate(self):
-        """Ends what has been seen enough of. The signal has its usual effect at every stage."""
-        self.process.terminate()
-        self.wait_for_exit(-signal.SIGTERM, seconds=3)
-
-    # What it did
+    # What the program did
 
     def calls(self):
-        calls = []
-        for line in self.lines("Temp/Norvane Clipwright Uninstaller/Analystic/data_api.jsonl"):
-            calls.append(json.loads(line))
-        return calls
+        return [json.loads(line) for line in self.lines(DATA + "/Analystic/data_api.jsonl")]
 
     def base_info(self):
         return next(call["arguments"] for call in self.calls() if call["call"] == "data_base_info")
@@ -383,93 +327,114 @@ class Fault:
         return [(call["action"], json.loads(call["properties"])) for call in self.calls()
                 if call["call"] == "data_event"]
 
-    def actions(self):
-        return [action for action, _ in self.events()]
+    def library_calls(self):
+        """The calls of the upgrade library."""
+        return [json.loads(line)["call"] for line in self.lines("Feed/calls.jsonl")]
+
+    def starts_of(self, child):
+        return len(self.lines(f"Received/{child}.txt.starts"))
+
+    def uninstallers_started(self):
+        return self.starts_of("uninstaller") + len(self.lines("Received/scripts.txt"))
+
+    def wait_for_uninstaller(self):
+        self.wait_until(self.uninstallers_started, SOON, "the uninstaller")
+
+    def wait_for_installer(self):
+        self.wait_until(lambda: self.starts_of("update-installer"), SOON, "the update installer")
+
+    def wait_for_library_call(self, call):
+        self.wait_until(lambda: call in self.library_calls(), SOON, call)
+
+    def wait_for_event(self, action, seconds=SOON):
+        """Waits until an event is the last one; returns its properties."""
+        return self.wait_until(lambda: [properties for last, properties in self.events()[-1:]
+                                        if last == action], seconds, f"event {action}")[0]
 
     def results(self):
         return [properties["result"] for action, properties in self.events()
                 if action == "UninstallCompleted"]
 
-    def wait_for_result(self, result, seconds):
-        self.wait_until(lambda: self.has_ended() or self.results(), seconds, f"a {result}")
-        self.note(f"{'/'.join(self.results())} shown")
+    def wait_for_result(self, result, limits=(0, SOON)):
+        self.wait_until(self.results, limits[1], f"a {result}")
+        self.expect_lasted(self.acted, limits[0], "/".join(self.results()))
         self.expect_equal(self.results(), [result], "the result that was shown")
 
-    def starts_of(self, child):
-        return self.lines(f"Received/{child}.txt.starts")
+    def expect_started(self, uninstallers):
+        self.expect_equal(self.uninstallers_started(), uninstallers, "uninstallers started")
 
-    def scripts_started(self):
-        return len(self.lines("Received/scripts.txt"))
-
-    def memory_peak(self):
-        """The most memory that the program has had in use, in MiB."""
-        with open(f"/proc/{self.process.pid}/status", encoding="ascii") as status:
-            return int(re.search(r"VmHWM:\s+(\d+)", status.read()).group(1)) // 1024
+    def expect_document_kept(self):
+        self.expect(self.content(CACHED) == self.cached, "the cached document is as it was")
 
     def expect_memory_below(self, mebibytes):
-        peak = self.memory_peak()
+        """The most memory that the program has had in use."""
+        status = self.content(f"/proc/{self.process.pid}/status")
+        peak = int(re.search(rb"VmHWM:\s+(\d+)", status).group(1)) // 1024
         self.note(f"{peak} MiB at most")
         self.expect(peak < mebibytes, f"memory below {mebibytes} MiB, was {peak}")
 
     def processes_left(self):
-        """Processes that live in this row's sandbox."""
+        """Processes of this row's sandbox, other than the program."""
         mark = f"XDG_RUNTIME_DIR={self.path('Runtime')}".encode()
-        found = []
-        for entry in os.listdir("/proc"):
-            with contextlib.suppress(OSError):
-                if not entry.isdigit():
-                    continue
-                environment = self.content(f"/proc/{entry}/environ") or b""  # it may end meanwhile
-                if mark in environment.split(b"\0"):
-                    found.append(int(entry))
-        return found
+        return [int(entry) for entry in os.listdir("/proc") if entry.isdigit()
+                and not (self.process and self.process.pid == int(entry))
+                and mark in (self.content(f"/proc/{entry}/environ") or b"").split(b"\0")]
 
-    def keep_picture(self):
-        """What the screen shows, for whoever looks into a failure."""
-        with contextlib.suppress(OSError, subprocess.SubprocessError):
-            subprocess.run(["import", "-window", "root", os.path.join(self.folder, "screen.png")],
-                           env={**os.environ, "DISPLAY": self.screen.display}, timeout=5,
-                           check=False, stderr=subprocess.DEVNULL)
+    def signal_children(self, number):
+        for process in self.processes_left():
+            with contextlib.suppress(ProcessLookupError):
+                os.kill(process, number)
 
     # Judging
 
     def note(self, text):
-        self.seen.append(text)
+        self.notes.append(text)
 
     def expect(self, condition, text):
         if not condition:
             self.failures.append(text)
 
+    def expect_output(self, pattern):
+        """Lines of a pattern that the program may print; any other line is a failure."""
+        self.expected_output.append(pattern)
+
     def expect_equal(self, actual, expected, text):
         self.expect(actual == expected,
                     f"{text}: expected {expected!r:.200}, found {actual!r:.200}")
 
-    def expect_said(self, pattern):
-        """Something that the program, or what it stands on, may say in this row alone."""
-        self._said.append(pattern)
+    def save_picture(self):
+        with contextlib.suppress(OSError, subprocess.SubprocessError):  # no display any more
+            self.desktop.save_picture(os.path.join(self.folder, "screen.png"))
 
     def finish(self):
-        """What holds in every row; and nothing of the row is left running."""
-        if self.process is not None and not self.has_ended():
-            self.failures.append("the row left the program running")
-        left = self.processes_left()
-        self.expect(self.outliving or not left, f"processes left behind: {left}")
-        for process in left:
-            with contextlib.suppress(ProcessLookupError):
-                os.kill(process, signal.SIGKILL)
+        """Checks what holds in every row, and ends what the row has left running."""
+        self.at_end.close()
         if self.process is not None:
+            self.expect(self.has_ended(), "the row left the program running")
+            self.process.kill()
             self.process.wait()
+        left = self.processes_left()
+        self.expect(self.child_goes_on or not left, f"processes left behind: {left}")
+        self.signal_children(signal.SIGKILL)
 
-        started = len(self.starts_of("uninstaller")) + self.scripts_started()
-        self.expect(started <= 1, f"the uninstaller was started {started} times")
-        self.expect(self.remove_pressed or started == 0,
-                    "the uninstaller was started without a confirmed Remove")
-        self.expect(len(self.starts_of("update-installer")) <= 1,
+        started = self.uninstallers_started()
+        self.expect(started <= self.remove_pressed,
+                    f"uninstallers started: {started}, Remove pressed: {self.remove_pressed}")
+        self.expect(self.starts_of("update-installer") <= 1,
                     "the update installer was started more than once")
-        for line in sorted(set(self.lines_said())):
-            self.expect(any(re.search(pattern, line) for pattern in self._said),
-                        f"it said: {line}")
-
-    def lines_said(self):
         log = self.content(os.path.join(self.folder, "program.log")) or b""
-        return [line for line in log.decode("utf-8", "replace").splitlines() if line.strip()]
+        for line in sorted(set(log.decode("utf-8", "replace").split("\n"))):
+            self.expect(not line.strip() or any(re.search(pattern, line)
+                                                for pattern in self.expected_output),
+                        f"it printed: {line}")
+
+
+class Steps:
+    """do.method(arguments) is a step of a row: calls that method of the Fault that plays it."""
+
+    def __getattr__(self, name):
+        assert hasattr(Fault, name), name
+        return functools.partial(operator.methodcaller, name)
+
+
+do = Steps()

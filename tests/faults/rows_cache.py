@@ -1,94 +1,71 @@
 """Documents and pictures on the disk that are not what they were."""
 
-import functools
 import json
 import os
 import subprocess
 
-from tests.faults import harness
-from tests.faults.harness import EARLIER, NO_REASON, SERVED
-from tests.faults.servers import PICTURE, FaultyServer, answer, dead_port, png
-from tests.faults.table import row
-
-GROUP = "cache"
+from tests.faults.harness import CACHED, CANCEL, EARLIER, MAIN, NO_REASON, do
+from tests.faults.servers import PICTURE, SERVED, answer, png
 
 
-@row(GROUP, "the document cut at every length, in one process")
-def every_length(fault):
-    fault.put_earlier_document()
-    done = subprocess.run([os.path.join(fault.binaries, "truncated-documents"), fault.cached],
-                          env={**fault.environment, "QT_QPA_PLATFORM": "offscreen"}, timeout=120,
+def cut_at_every_length(fault):
+    done = subprocess.run([os.path.join(fault.binaries, "truncated-documents"),
+                           fault.path(CACHED)], env={**fault.environment,
+                                                     "QT_QPA_PLATFORM": "offscreen"},
                           check=False, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                          encoding="utf-8")
+                          encoding="utf-8", timeout=600)  # twelve, had it a processor to itself
     fault.note(done.stdout.strip().replace("\n", ", "))
     fault.expect_equal(done.returncode, 0, "exit code")
 
 
-def damaged(name, damage, expected):
-    """No network, and only this document: it is left as it is, whatever is shown of it."""
-    @row(GROUP, name)
-    def play(fault):
-        left = damage(fault.put_earlier_document())
-        fault.write(fault.cached, left)
-        fault.start(CLIPWRIGHT_SANDBOX_SERVICE=dead_port())
-        fault.wait_for_main_window()
-        fault.leave(expected)
-        fault.expect(fault.content(fault.cached) == left, "the document was left alone")
+def damaged(change, shown=NO_REASON):
+    """No network, and only this document, which is left as it is, whatever is shown of it."""
+    return [do.put_earlier_document(change), do.open(), do.leave(shown)]
 
 
-damaged("document empty", lambda whole: b"", NO_REASON)
-damaged("document cut to its first byte", lambda whole: whole[:1], NO_REASON)
-damaged("document cut in the middle", lambda whole: whole[:len(whole) // 2], NO_REASON)
-damaged("document cut by its last byte", lambda whole: whole[:-1], NO_REASON)
-damaged("document of zero bytes, of full length", lambda whole: bytes(len(whole)), NO_REASON)
-damaged("document in UTF-16", lambda whole: whole.decode().encode("utf-16"), EARLIER)
-damaged("document of which one bit is wrong", lambda whole: b"\x5b" + whole[1:], NO_REASON)
-damaged("document with garbage behind it", lambda whole: whole + b"\0\xff garbage", NO_REASON)
-damaged("document with line ends of another system",
+def is_whole_again(fault):
+    reasons = json.loads(fault.content(CACHED))["problem_type"]["list"]
+    fault.expect(len(reasons) > 2, "the document on the disk is whole again")
+
+
+def odd_pictures(make):
+    """Every picture is like this one. The page that shows them answers as quickly as ever. The
+    library for pictures may print what it thinks of them."""
+    def serve(fault):
+        picture = make()
+        fault.serve(picture=answer(picture))
+        fault.note(f"pictures of {len(picture)} bytes")
+
+    return [serve, do.expect_output("^libpng "), do.open(), do.choose(down=2),
+            do.wait_for_event("PopUp_FeedbackClick"), do.expect_memory_below(200),
+            do.click(MAIN, CANCEL), do.wait_for_exit()]
+
+
+ROWS = {
+    "the document cut at every length, in one process": [
+        do.put_earlier_document(), cut_at_every_length],
+    "document empty": damaged(lambda whole: b""),
+    "document cut to its first byte": damaged(lambda whole: whole[:1]),
+    "document cut in the middle": damaged(lambda whole: whole[:len(whole) // 2]),
+    "document cut by its last byte": damaged(lambda whole: whole[:-1]),
+    "document of zero bytes, of full length": damaged(lambda whole: bytes(len(whole))),
+    "document in UTF-16": damaged(lambda whole: whole.decode().encode("utf-16"), EARLIER),
+    "document of which one bit is wrong": damaged(lambda whole: b"\x5b" + whole[1:]),
+    "document with garbage behind it": damaged(lambda whole: whole + b"\0\xff garbage"),
+    "document with line ends of another system": damaged(
         lambda whole: json.dumps(json.loads(whole), indent=1).replace("\n", "\r\n").encode(),
-        EARLIER)
-
-
-@row(GROUP, "a damaged document is replaced by the next one fetched")
-def replaced(fault):
-    fault.write(fault.cached, fault.put_earlier_document()[:1000])
-    with FaultyServer() as server:
-        fault.start(CLIPWRIGHT_SANDBOX_SERVICE=server.url)
-        fault.wait_for_main_window()
-        fault.leave(SERVED)
-    fault.expect(len(json.loads(fault.content(fault.cached))["problem_type"]["list"]) > 2,
-                 "the document on the disk is whole again")
-
-
-@functools.lru_cache
-def enormous(side):
-    return png(side, side)
-
-
-def odd_picture(name, picture, megabytes=200):
-    """Every picture is like this one. The page that shows it is as quick as ever to answer. What
-    the library for pictures says about them is its own affair."""
-    @row(GROUP, name)
-    def play(fault):
-        fault.expect_said("^libpng ")
-        whole = answer(picture())
-        with FaultyServer(picture=whole) as server:
-            fault.start(CLIPWRIGHT_SANDBOX_SERVICE=server.url)
-            fault.wait_for_main_window()
-            fault.choose(down=2)
-            fault.wait_until(lambda: "PopUp_FeedbackClick" in fault.actions(), 10, "a reason chosen")
-            fault.expect_memory_below(megabytes)
-            fault.click(harness.MAIN, harness.CANCEL)
-            fault.wait_for_exit()
-        fault.note(f"{len(fault.picture_names())} pictures of {len(picture())} bytes")
-
-
-odd_picture("pictures empty", lambda: b"")
-odd_picture("pictures are text", lambda: b"This is no picture.\n" * 100)
-odd_picture("pictures are a page of HTML", lambda: b"<html><body>Please sign in</body></html>")
-odd_picture("pictures cut in the middle", lambda: PICTURE[:len(PICTURE) // 2])
-odd_picture("pictures with nothing but a head", lambda: PICTURE[:33])
-odd_picture("pictures of 400 million pixels, of 49 KB each", lambda: enormous(20_000))
-odd_picture("pictures of 3600 million pixels", lambda: enormous(60_000))
-odd_picture("pictures that claim two thousand million columns",
-            lambda: PICTURE[:16] + b"\x7f\xff\xff\xff\x7f\xff\xff\xff" + PICTURE[24:])
+        EARLIER),
+    "a damaged document is replaced by the next one fetched": [
+        do.put_earlier_document(lambda whole: whole[:1000]), do.serve(), do.open(),
+        do.leave(SERVED), is_whole_again],
+    "pictures empty": odd_pictures(lambda: b""),
+    "pictures are text": odd_pictures(lambda: b"This is no picture.\n" * 100),
+    "pictures are a page of HTML": odd_pictures(
+        lambda: b"<html><body>Please sign in</body></html>"),
+    "pictures cut in the middle": odd_pictures(lambda: PICTURE[:len(PICTURE) // 2]),
+    "pictures with nothing but a head": odd_pictures(lambda: PICTURE[:33]),
+    "pictures of 400 million pixels, of 49 KB each": odd_pictures(lambda: png(20_000, 20_000)),
+    "pictures of 3600 million pixels": odd_pictures(lambda: png(60_000, 60_000)),
+    "pictures that claim two thousand million columns": odd_pictures(
+        lambda: PICTURE[:16] + b"\x7f\xff\xff\xff\x7f\xff\xff\xff" + PICTURE[24:]),
+}

@@ -1,5 +1,5 @@
-"""The clock of the machine is set while the program runs. All its waiting goes by a clock that
-nobody sets."""
+"""The clock of the machine is set while the program runs. The program measures time by a clock that
+cannot be set."""
 
 import glob
 import os
@@ -7,16 +7,13 @@ import subprocess
 import sys
 import time
 
-from tests.faults.harness import BUILT_IN, EARLIER, Skipped
-from tests.faults.servers import FaultyServer
-from tests.faults.table import row
-
-GROUP = "clock"
+from tests.faults.harness import (
+    BUILT_IN, EARLIER, FAREWELL, FULL_TIME, RUN, UNINSTALLER_ORDERS, Skipped, do)
+from tests.faults.servers import Exchange
 
 DAY = 86400
 
-
-# Tells the time of day, and how long that took, as often as it is asked.
+# Prints the time of day, and how much of it passed in a number of seconds, whenever it reads one.
 WITNESS = """
 import sys, time
 for line in sys.stdin:
@@ -29,37 +26,28 @@ for line in sys.stdin:
 
 
 class Clock:
-    """What the program takes for the time of day: the machine's, as far off as it is set, or what is
-    given. Beside the program runs a witness that was started in the same way."""
+    """What the program takes for the time of day: the machine's, off by as much as it is set to, or
+    what faked says in libfaketime's language. A witness is started in the same way."""
 
     def __init__(self, fault, faked=None):
         found = glob.glob("/usr/lib/*/faketime/libfaketimeMT.so.1")
         if not found:
             raise Skipped("no libfaketime here")
         self._fault = fault
+        self._library = found[0]
         self._file = fault.path("clock")
-        self._environment = {"LD_PRELOAD": found[0], "FAKETIME_DONT_FAKE_MONOTONIC": "1",
-                             "DONT_FAKE_MONOTONIC": "1"}
+        settings = {"LD_PRELOAD": found[0], "FAKETIME_DONT_FAKE_MONOTONIC": "1",
+                    "DONT_FAKE_MONOTONIC": "1"}
         if faked:
-            self._environment["FAKETIME"] = faked
+            settings["FAKETIME"] = faked
         else:
-            self._environment.update(FAKETIME_TIMESTAMP_FILE=self._file, FAKETIME_NO_CACHE="1",
-                                     FAKETIME_DONT_RESET="1")
+            settings.update(FAKETIME_TIMESTAMP_FILE=self._file, FAKETIME_NO_CACHE="1",
+                            FAKETIME_DONT_RESET="1")
             self.set(0)
-        self._witness = None
-
-    def __enter__(self):
-        self._witness = subprocess.Popen([sys.executable, "-c", WITNESS], encoding="ascii",
-                                         env={**os.environ, **self._environment},
-                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE)
-        return self
-
-    def __exit__(self, *exception):
-        self._witness.kill()
-        self._witness.communicate()
-
-    def start(self, **environment):
-        self._fault.start(**environment, **self._environment)
+        fault.environment.update(settings)
+        self._witness = fault.desktop.start(
+            [sys.executable, "-c", WITNESS], encoding="ascii", stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE, env={**fault.desktop.environment, **settings})
 
     def set(self, seconds):
         with open(self._file + ".new", "w", encoding="ascii") as file:
@@ -74,10 +62,9 @@ class Clock:
         return float(time_of_day), float(passed)
 
     def expect_in_use(self):
-        """The program lives by this clock, too."""
-        with open(f"/proc/{self._fault.process.pid}/maps", encoding="utf-8") as maps:
-            self._fault.expect(os.path.realpath(self._environment["LD_PRELOAD"]) in maps.read(),
-                               "the program has not the clock that it was given")
+        maps = self._fault.content(f"/proc/{self._fault.process.pid}/maps").decode()
+        self._fault.expect(os.path.realpath(self._library) in maps,
+                           "the program uses the clock that it was given")
 
     def expect_told(self, time_of_day):
         """The clock is in use and tells that time, give or take a minute."""
@@ -88,70 +75,57 @@ class Clock:
                            f"the clock tells {told:.0f}, not about {time_of_day:.0f}")
 
 
-def jumps_while_loading(name, seconds):
-    @row(GROUP, name)
-    def play(fault):
-        fault.put_earlier_document()
-        with Clock(fault) as clock, \
-                FaultyServer(accept=lambda exchange: exchange.stall()) as server:
-            clock.start(CLIPWRIGHT_SANDBOX_SERVICE=server.url)
-            time.sleep(3)
-            clock.expect_told(time.time())
-            clock.set(seconds)
-            clock.expect_told(time.time() + seconds)
-            fault.wait_for_main_window(9.9, 16.0)
-            fault.leave(EARLIER)
+def faked(time_of_day=None):
+    """The program lives by a Clock."""
+    def prepare(fault):
+        fault.clock = Clock(fault, time_of_day)
+
+    return prepare
 
 
-jumps_while_loading("jumps a day ahead while loading", DAY)
-jumps_while_loading("jumps a day back while loading", -DAY)
+def jump(seconds):
+    def step(fault):
+        fault.clock.expect_told(time.time())
+        fault.clock.set(seconds)
+        fault.clock.expect_told(time.time() + seconds)
+
+    return step
 
 
-def jumps_in_the_run(name, seconds):
-    @row(GROUP, name)
-    def play(fault):
-        fault.order_uninstaller(delay=0)
-        with Clock(fault) as clock:
-            clock.start()
-            fault.wait_for_main_window()
-            fault.confirm_removal()
-            pressed = time.monotonic()
-            time.sleep(5)
-            clock.expect_told(time.time())
-            clock.set(seconds)
-            clock.expect_told(time.time() + seconds)
-            fault.wait_for_result("success", 40)
-            took = time.monotonic() - pressed
-            fault.expect(29.5 <= took <= 34, f"the run was shown for {took:.1f} s")
-            time.sleep(0.7)
-            fault.close_by_keys()
+def jumps_while_loading(seconds):
+    return [do.put_earlier_document(), faked(), do.serve(accept=Exchange.stall), do.start(),
+            do.pause(3), jump(seconds), do.wait_for_main_window(FULL_TIME), do.leave(EARLIER)]
 
 
-jumps_in_the_run("jumps a year ahead while the uninstaller runs", 365 * DAY)
-jumps_in_the_run("jumps a year back while the uninstaller runs", -365 * DAY)
+def jumps_in_the_run(seconds):
+    return [do.order(UNINSTALLER_ORDERS, delay=0), faked(), do.open(), do.remove_product(),
+            do.pause(5), jump(seconds), do.wait_for_result("success", RUN), do.pause(0.7),
+            do.close()]
 
 
-def starts_in(name, date):
-    @row(GROUP, name)
-    def play(fault):
-        with Clock(fault, "@" + date) as clock, FaultyServer() as server:
-            clock.start(CLIPWRIGHT_SANDBOX_SERVICE=server.url)
-            fault.wait_for_main_window()
-            clock.expect_told(time.mktime(time.strptime(date, "%Y-%m-%d %H:%M:%S")))
-            fault.close_by_keys()
+def stands_in(date):
+    def expect_told(fault):
+        begins = time.mktime(time.strptime(date, "%Y-%m-%d %H:%M:%S"))
+        fault.clock.expect_told(begins + time.monotonic() - fault.started)
+
+    return [faked("@" + date), do.serve(), do.open(), expect_told, do.close()]
 
 
-starts_in("stands at the beginning of 1970", "1970-01-01 00:00:10")
-starts_in("stands in 2040", "2040-01-01 00:00:00")
+def expect_race(fault):
+    fault.clock.expect_in_use()
+    _, passed = fault.clock.told(0.2)
+    fault.note(f"{passed:.0f} s told in a fifth of one")
+    fault.expect(passed >= 180, f"in 0.2 s {passed:.1f} s passed")
 
 
-@row(GROUP, "ticks a second for every millisecond")
-def races(fault):
-    with Clock(fault, "+0 x1000") as clock:
-        clock.start()
-        fault.wait_for_main_window()
-        clock.expect_in_use()
-        _, passed = clock.told(0.2)
-        fault.note(f"{passed:.0f} s told in a fifth of one")
-        fault.expect(passed >= 180, f"in 0.2 s {passed:.1f} s passed")
-        fault.leave(BUILT_IN)
+ROWS = {
+    "jumps a day ahead while loading": jumps_while_loading(DAY),
+    "jumps a day back while loading": jumps_while_loading(-DAY),
+    "jumps a year ahead while the uninstaller runs": jumps_in_the_run(365 * DAY),
+    "jumps a year back while the uninstaller runs": jumps_in_the_run(-365 * DAY),
+    "stands at the beginning of 1970": stands_in("1970-01-01 00:00:10"),
+    "stands in 2040": stands_in("2040-01-01 00:00:00"),
+    # libfaketime shortens the pause at the end as well.
+    "ticks a second for every millisecond": [
+        faked("+0 x1000"), do.open(), expect_race, do.leave(BUILT_IN, (0, FAREWELL[1]))],
+}

@@ -1,30 +1,27 @@
-"""Folders that cannot be written, are full, are not there, are no folders, or go while the program
-runs. It works with what it can read."""
+"""Folders that cannot be written, are full, are missing, are files, or go while the program runs.
+The program works with what it can read."""
 
+import json
 import os
-import shutil
 import subprocess
 import time
 
-from tests.faults.harness import BUILT_IN, CONFIRMATION, CONTINUE, EARLIER, MAIN, MESSAGE, NO_REASON, REMOVE, SERVED, SPLASH, Skipped
-from tests.faults.servers import PICTURE, FaultyServer, answer, dead_port
-from tests.faults.table import row
+from tests.faults.harness import (
+    BUILT_IN, CACHED, CONFIGS, DATA, EARLIER, FEED_ORDERS, INSTALLED, INSTALLER_ORDERS, MESSAGE,
+    NO_REASON, PICTURES, PRODUCT_DATA, SPLASH, UNINSTALLER_ORDERS, do)
+from tests.faults.servers import PICTURE, SERVED, answer, document
 
-GROUP = "folders"
+ANALYTICS = DATA + "/Analystic"
+# What the earlier document takes on a disk of 4 KiB blocks.
+EARLIER_KILOBYTES = (len(json.dumps(document(EARLIER))) + 4095) // 4096 * 4
 
 
-def mounted(fault, *commands):
-    """A wrapper that runs the program where these mounts are made, seen by nobody else. Root's
-    rights end there: modes would not stop it."""
-    if subprocess.run(["unshare", "--map-root-user", "--mount", "true"], check=False,
-                      stderr=subprocess.DEVNULL).returncode:
-        raise Skipped("no mount namespace of one's own may be made here")
-    return ["unshare", "--map-root-user", "--mount", "sh", "-ec",
-            "; ".join(commands) + '; exec "$@"', fault.root]
+def bound(folder):
+    return f'mount --bind "$PWD/{folder}" "$PWD/{folder}"'
 
 
 def read_only(folder):
-    return f"mount --bind '{folder}' '{folder}'; mount -o remount,bind,ro '{folder}'"
+    return bound(folder) + f'; mount -o remount,bind,ro "$PWD/{folder}"'
 
 
 def full(folder, kilobytes):
@@ -33,242 +30,129 @@ def full(folder, kilobytes):
             f"'{folder}'; cp -r '{folder}.kept/.' '{folder}'")
 
 
-@row(GROUP, "the program's data folder cannot be written")
-def data_read_only(fault):
-    earlier = fault.put_earlier_document()
-    with FaultyServer() as server:
-        fault.start(mounted(fault, read_only(fault.data)), CLIPWRIGHT_SANDBOX_SERVICE=server.url)
-        fault.wait_for_main_window()
-        fault.close_by_keys()
-    fault.expect(fault.content(fault.cached) == earlier, "earlier document intact")
-    fault.expect_equal(fault.picture_names(), [], "pictures kept")
+def inside(fault, relative):
+    """A file or folder as the program sees it."""
+    return f"/proc/{fault.process.pid}/root{fault.path(relative)}"
 
 
-@row(GROUP, "the folder of documents cannot be written")
-def documents_read_only(fault):
-    earlier = fault.put_earlier_document()
-    with FaultyServer() as server:
-        fault.start(mounted(fault, read_only(os.path.dirname(fault.cached))),
-                    CLIPWRIGHT_SANDBOX_SERVICE=server.url)
-        fault.wait_for_main_window()
-        fault.leave(EARLIER)
-    fault.expect(fault.content(fault.cached) == earlier, "earlier document intact")
+def no_pictures(fault):
+    fault.expect_equal(fault.names_in(PICTURES), [], "pictures kept")
 
 
-@row(GROUP, "the folder of pictures cannot be written")
-def pictures_read_only(fault):
-    fault.put_earlier_document()
-    with FaultyServer() as server:
-        fault.start(mounted(fault, read_only(fault.pictures)),
-                    CLIPWRIGHT_SANDBOX_SERVICE=server.url)
-        fault.wait_for_main_window()
-        fault.leave(SERVED)
-    fault.expect_equal(fault.picture_names(), [], "pictures kept")
+def earlier_document(fault):
+    fault.expect(fault.content(inside(fault, CACHED)) == fault.cached, "earlier document intact")
 
 
-@row(GROUP, "nothing at all can be written, not even the lock")
-def all_read_only(fault):
-    fault.put_earlier_document()
-    with FaultyServer() as server:
-        fault.start(mounted(fault, read_only(fault.root)), CLIPWRIGHT_SANDBOX_SERVICE=server.url)
-        fault.wait_for_main_window()
-        fault.close_by_keys()
+def some_whole_pictures(fault):
+    folder = inside(fault, PICTURES)
+    saved = fault.names_in(folder)
+    fault.note(f"{len(saved)} pictures kept")
+    fault.expect(all(fault.content(f"{folder}/{name}") == PICTURE for name in saved),
+                 "every picture kept is whole")
+    fault.expect(0 < len(saved) < 20, f"some pictures found room, {len(saved)} did")
 
 
-@row(GROUP, "the product's data folder cannot be written when an update is described")
-def product_data_read_only(fault):
-    fault.order_installer(delay=0, exit=1)
-    with FaultyServer() as server:
-        fault.start(mounted(fault, read_only(fault.product_data)),
-                    CLIPWRIGHT_SANDBOX_SERVICE=server.url)
-        fault.wait_for_main_window()
-        fault.take_offer()
-        fault.wait_until(lambda: fault.starts_of("update-installer"), 8, "the update installer")
-        fault.press(MESSAGE, "space")
-        fault.close_by_keys()
-    fault.expect('/NEWVER=""' in fault.lines("Received/update-installer.txt"),
-                 "no version was made up")
+def is_folder(folder):
+    return lambda fault: fault.expect(os.path.isdir(fault.path(folder)), f"{folder} is a folder")
 
 
-@row(GROUP, "the disk is full when the document is saved")
-def full_for_document(fault):
-    earlier = fault.put_earlier_document()
-    room = (len(earlier) + 4095) // 4096 * 4
-    with FaultyServer() as server:
-        fault.start(mounted(fault, full(os.path.dirname(fault.cached), room)),
-                    CLIPWRIGHT_SANDBOX_SERVICE=server.url)
-        fault.wait_for_main_window()
-        seen = f"/proc/{fault.process.pid}/root{fault.cached}"
-        fault.expect(fault.content(seen) == earlier, "earlier document intact")
-        fault.leave(EARLIER)
+def temporary_is_still_file(fault):
+    fault.expect_equal(fault.content("Temp"), b"no folder", "the file")
 
 
-@row(GROUP, "the disk is full when the pictures are saved")
-def full_for_pictures(fault):
-    os.makedirs(fault.pictures)
-    with FaultyServer() as server:
-        fault.start(mounted(fault, full(fault.pictures, 48)),
-                    CLIPWRIGHT_SANDBOX_SERVICE=server.url)
-        fault.wait_for_main_window()
-        seen = f"/proc/{fault.process.pid}/root{fault.pictures}"
-        saved = os.listdir(seen)
-        fault.note(f"{len(saved)} pictures kept")
-        whole = [fault.content(os.path.join(seen, name)) == PICTURE for name in saved]
-        fault.expect(all(whole), "every picture kept is whole")
-        fault.expect(0 < len(saved) < 20, f"some pictures found room, {len(saved)} did")
-        fault.leave(SERVED)
+def make_folder(folder):
+    return lambda fault: os.makedirs(fault.path(folder))
 
 
-@row(GROUP, "not a byte of the disk is free")
-def not_a_byte(fault):
-    fault.put_earlier_document()
-    with FaultyServer() as server:
-        fault.start(mounted(fault, full(fault.data, 256),
-                            f"cat /dev/zero > '{fault.data}/filler' 2> /dev/null || true"),
-                    CLIPWRIGHT_SANDBOX_SERVICE=server.url)
-        fault.wait_for_main_window()
-        fault.close_by_keys()
+def move_installation(fault):
+    os.rename(fault.path(INSTALLED), fault.path(INSTALLED) + " moved")
 
 
-@row(GROUP, "no folder is there but the product's")
-def all_missing(fault):
-    for name in ("ProgramData", "Runtime"):
-        shutil.rmtree(fault.path(name))
-    with FaultyServer() as server:
-        fault.start(CLIPWRIGHT_SANDBOX_SERVICE=server.url)
-        fault.wait_for_main_window()
-        fault.leave(SERVED)
-    fault.expect(os.path.isdir(fault.product_data), "the product's data folder was made")
+def slow_picture(exchange):
+    time.sleep(0.4)
+    exchange.send(answer(PICTURE))
 
 
-@row(GROUP, "the temporary folder is a file")
-def temporary_is_file(fault):
-    shutil.rmtree(fault.path("Temp"))
-    fault.write("Temp", "no folder")
-    with FaultyServer() as server:
-        fault.start(CLIPWRIGHT_SANDBOX_SERVICE=server.url)
-        fault.wait_for_main_window()
-        fault.close_by_keys()
-    fault.expect_equal(fault.content(fault.path("Temp")), b"no folder", "the file")
+def wait_for_pictures(fault):
+    fault.wait_until(lambda: len(fault.server.requests) > 8, 5, "some pictures")
 
 
-def occupied(name, relative, expected):
-    @row(GROUP, name)
-    def play(fault):
-        fault.write(os.path.join("Temp/Norvane Clipwright Uninstaller", relative), "no folder")
-        with FaultyServer() as server:
-            fault.start(CLIPWRIGHT_SANDBOX_SERVICE=server.url)
-            fault.wait_for_main_window()
-            fault.leave(expected)
+def updated(happens, then, *mounts):
+    """Something happens while the check, which takes a while, is answered with an update. The
+    installer is started, and fails."""
+    return [do.order(FEED_ORDERS, check_delay=1500), do.order(INSTALLER_ORDERS, delay=0, exit=1),
+            do.serve(), do.open(*mounts), do.take_offer(),
+            do.wait_for_library_call("check_upgrade_c"), happens, do.wait_for_installer(),
+            do.press(MESSAGE, "space"), do.close(), then]
 
 
-occupied("a file stands where the folder of documents belongs", "Configs", BUILT_IN)
-occupied("a file stands where the folder of pictures belongs", "Configs/Images", SERVED)
+def version_told(version):
+    return lambda fault: fault.expect(
+        f'/NEWVER="{version}"' in fault.lines("Received/update-installer.txt"),
+        f'the update installer was told of version "{version}"')
 
 
-@row(GROUP, "a file stands where the analytics library keeps its records")
-def records_occupied(fault):
-    fault.write("Temp/Norvane Clipwright Uninstaller/Analystic", "no folder")
-    fault.start()
-    fault.wait_for_main_window()
-    fault.close_by_keys()
+def become_read_only(fault):
+    subprocess.run(["nsenter", f"--target={fault.process.pid}", "--user", "--mount",
+                    "--preserve-credentials", "mount", "-o", "remount,bind,ro",
+                    fault.path(PRODUCT_DATA)], check=True)
 
 
-@row(GROUP, "a folder stands where the document belongs")
-def document_is_folder(fault):
-    os.makedirs(fault.cached)
-    with FaultyServer() as server:
-        fault.start(CLIPWRIGHT_SANDBOX_SERVICE=server.url)
-        fault.wait_for_main_window()
-        fault.leave(NO_REASON)
-    fault.expect(os.path.isdir(fault.cached), "the folder is still there")
+def only_ini_files(fault):
+    fault.expect_equal(fault.names_in(PRODUCT_DATA), ["Clipwright.ini", "KConfig.ini"], "files")
 
 
-@row(GROUP, "the program's data folder goes while the pictures are fetched")
-def data_goes_while_loading(fault):
-    def slow(exchange):
-        time.sleep(0.4)
-        exchange.send(answer(PICTURE))
-
-    with FaultyServer(picture=slow) as server:
-        fault.start(CLIPWRIGHT_SANDBOX_SERVICE=server.url)
-        fault.wait_for_window(SPLASH)
-        fault.wait_until(lambda: len(server.requests) > 8, 5, "some pictures")
-        shutil.rmtree(fault.data, ignore_errors=True)
-        fault.wait_for_main_window(within=12)
-        fault.close_by_keys()
-
-
-@row(GROUP, "the program's data folder goes while the window is shown")
-def data_goes_later(fault):
-    fault.order_uninstaller(delay=0, exit=3)
-    fault.start()
-    fault.wait_for_main_window()
-    shutil.rmtree(fault.data)
-    fault.confirm_removal()
-    fault.wait_until(lambda: fault.starts_of("uninstaller"), 5, "the uninstaller")
-    time.sleep(0.5)
-    fault.close_by_keys()
-
-
-@row(GROUP, "the product's data folder goes while an update is checked")
-def product_data_goes(fault):
-    fault.orders("Feed/orders.txt", check_delay=1500)
-    fault.order_installer(delay=0, exit=1)
-    with FaultyServer() as server:
-        fault.start(CLIPWRIGHT_SANDBOX_SERVICE=server.url)
-        fault.wait_for_main_window()
-        fault.take_offer()
-        fault.wait_until(lambda: fault.lines("Feed/calls.jsonl"), 5, "the check")
-        shutil.rmtree(fault.product_data)
-        fault.wait_until(lambda: fault.starts_of("update-installer"), 8, "the update installer")
-        fault.press(MESSAGE, "space")
-        fault.close_by_keys()
-    fault.expect('/NEWVER="7.3.0.1"' in fault.lines("Received/update-installer.txt"),
-                 "the update's description was taken into a new folder")
-
-
-@row(GROUP, "the product's data folder becomes read-only while an update is checked")
-def product_data_becomes_read_only(fault):
-    fault.orders("Feed/orders.txt", check_delay=1500)
-    fault.order_installer(delay=0, exit=1)
-    folder = fault.product_data
-    before = sorted(os.listdir(folder))
-    with FaultyServer() as server:
-        fault.start(mounted(fault, f"mount --bind '{folder}' '{folder}'"),
-                    CLIPWRIGHT_SANDBOX_SERVICE=server.url)
-        fault.wait_for_main_window()
-        fault.take_offer()
-        fault.wait_until(lambda: fault.lines("Feed/calls.jsonl"), 5, "the check")
-        subprocess.run(["nsenter", f"--target={fault.process.pid}", "--user", "--mount",
-                        "--preserve-credentials", "mount", "-o", "remount,bind,ro", folder],
-                       check=True)
-        fault.wait_until(lambda: fault.starts_of("update-installer"), 8, "the update installer")
-        fault.press(MESSAGE, "space")
-        fault.close_by_keys()
-    fault.expect_equal(sorted(os.listdir(folder)), before, "files there")
-
-
-@row(GROUP, "the installation folder goes while the last question is asked")
-def installation_goes(fault):
-    fault.start()
-    fault.wait_for_main_window()
-    fault.choose()
-    fault.click(MAIN, CONTINUE)
-    fault.wait_for_window(CONFIRMATION)
-    shutil.rmtree(fault.install_dir)
-    fault.remove_pressed = True
-    fault.click(CONFIRMATION, REMOVE)
-    fault.wait_for_result("failure", 5)
-    fault.close_by_keys()
-    fault.expect_equal(fault.starts_of("uninstaller"), [], "uninstallers started")
-
-
-@row(GROUP, "the registry names an installation folder that is not there")
-def installation_elsewhere(fault):
-    os.rename(fault.install_dir, fault.install_dir + " moved")
-    fault.start(CLIPWRIGHT_SANDBOX_SERVICE=dead_port())
-    fault.wait_for_main_window()
-    fault.confirm_removal()
-    fault.wait_for_result("failure", 5)
-    fault.close_by_keys()
+ROWS = {
+    "the program's data folder cannot be written": [
+        do.put_earlier_document(), do.serve(), do.open(read_only(DATA)), do.close(),
+        do.expect_document_kept(), no_pictures],
+    "the folder of documents cannot be written": [
+        do.put_earlier_document(), do.serve(), do.open(read_only(CONFIGS)), do.leave(EARLIER)],
+    "the folder of pictures cannot be written": [
+        do.put_earlier_document(), do.serve(), do.open(read_only(PICTURES)), do.leave(SERVED),
+        no_pictures],
+    "nothing at all can be written, not even the lock": [
+        do.put_earlier_document(), do.serve(), do.open(read_only("")), do.close()],
+    "the product's data folder cannot be written when an update is described": updated(
+        lambda fault: None, version_told(""), read_only(PRODUCT_DATA)),
+    "the disk is full when the document is saved": [
+        do.put_earlier_document(), do.serve(), do.open(full(CONFIGS, EARLIER_KILOBYTES)),
+        earlier_document, do.leave(EARLIER)],
+    "the disk is full when the pictures are saved": [
+        make_folder(PICTURES), do.serve(), do.open(full(PICTURES, 48)), some_whole_pictures,
+        do.leave(SERVED)],
+    "not a byte of the disk is free": [
+        do.put_earlier_document(), do.serve(),
+        do.open(full(DATA, 256), f"cat /dev/zero > '{DATA}/filler' 2> /dev/null || true"),
+        do.close()],
+    "no folder is there but the product's": [
+        do.remove("ProgramData", "Runtime"), do.serve(), do.open(), do.leave(SERVED),
+        is_folder(PRODUCT_DATA)],
+    "the temporary folder is a file": [
+        do.write("Temp", "no folder"), do.serve(), do.open(), do.close(),
+        temporary_is_still_file],
+    "a file stands where the folder of documents belongs": [
+        do.write(CONFIGS, "no folder"), do.serve(), do.open(), do.leave(BUILT_IN)],
+    "a file stands where the folder of pictures belongs": [
+        do.write(PICTURES, "no folder"), do.serve(), do.open(), do.leave(SERVED)],
+    "a file stands where the analytics library keeps its records": [
+        do.write(ANALYTICS, "no folder"), do.open(), do.close()],
+    "a folder stands where the document belongs": [
+        make_folder(CACHED), do.serve(), do.open(), do.leave(NO_REASON), is_folder(CACHED)],
+    "the program's data folder goes while the pictures are fetched": [
+        do.serve(picture=slow_picture), do.start(), do.wait_for_window(SPLASH),
+        wait_for_pictures, do.remove(DATA), do.wait_for_main_window((0, 9)), do.close()],
+    "the program's data folder goes while the window is shown": [
+        do.order(UNINSTALLER_ORDERS, delay=0, exit=3), do.open(), do.remove(DATA),
+        do.remove_product(), do.wait_for_uninstaller(), do.pause(0.5), do.close()],
+    "the product's data folder goes while an update is checked": updated(
+        do.remove(PRODUCT_DATA), version_told("7.3.0.1")),
+    "the product's data folder becomes read-only while an update is checked": updated(
+        become_read_only, only_ini_files, bound(PRODUCT_DATA)),
+    "the installation folder goes while the last question is asked": [
+        do.open(), do.ask_to_remove(), do.remove(INSTALLED), do.confirm_removal(),
+        do.wait_for_result("failure"), do.close(), do.expect_started(0)],
+    "the registry names an installation folder that is not there": [
+        move_installation, do.open(), do.remove_product(), do.wait_for_result("failure"),
+        do.close()],
+}

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
-"""Starts the whole program and closes it again, many times, and looks whether anything gathers.
+"""Starts the whole program and closes it again, many times, and looks whether anything grows.
 
-usage: soak_starts.py --bin DIR --out DIR [--starts N]
+usage: python3 -m tests.soak.soak_starts --bin DIR --out DIR [--starts N]
 
 Each start fetches document and pictures, shows the window, chooses a reason and closes by the
 window system's key. After each tenth of the starts it prints the memory and the descriptors
@@ -15,15 +15,15 @@ import re
 import statistics
 import sys
 
-from tests.faults import harness
-from tests.faults.servers import FaultyServer
+from tests.faults.harness import SPLASH, Fault
+from tests.kit.desktop import Desktop
 
 TENTHS = 10
 ALLOWED_GROWTH = 1.02
 
 
 def kilobytes(process):
-    """Memory that is in use on behalf of this process, whatever others share with it."""
+    """Memory that this process uses, shared or not."""
     with open(f"/proc/{process}/smaps_rollup", encoding="ascii") as file:
         return int(re.search(r"^Rss:\s+(\d+)", file.read(), re.MULTILINE).group(1))
 
@@ -32,33 +32,33 @@ def files_below(folder):
     return sum(len(files) for _, _, files in os.walk(folder))
 
 
-def start_and_close(fault, server):
+def start_and_close(fault):
     """One start to close; returns the memory and the descriptors in use while it is at rest. Some
     connections may not be closed yet: the fewest descriptors count."""
-    fault.start(CLIPWRIGHT_SANDBOX_SERVICE=server.url)
-    fault.wait_for_main_window()
+    fault.open()
     fault.choose()
-    fault.wait_until(lambda: fault.windows(harness.SPLASH) == [], 5, "the splash gone")
+    fault.wait_until(lambda: not fault.desktop.windows(*SPLASH), 5, "the splash gone")
     process = fault.process.pid
     used = kilobytes(process), len(os.listdir(f"/proc/{process}/fd"))
-    fault.close_by_keys()
+    fault.close()
+    if fault.failures:
+        raise AssertionError("; ".join(fault.failures))
     return used
 
 
-def soak(fault, server, starts):
+def soak(fault, starts):
     tenths = []
     for tenth in range(TENTHS):
-        used = [start_and_close(fault, server)
+        used = [start_and_close(fault)
                 for _ in range(starts * tenth // TENTHS, starts * (tenth + 1) // TENTHS)]
-        if fault.failures:
-            raise AssertionError("; ".join(fault.failures))
         tenths.append((statistics.mean(memory for memory, _ in used),
                        min(descriptors for _, descriptors in used), files_below(fault.root)))
         print("  after {:5}: {:.0f} KiB, {} descriptors, {} files".format(
             starts * (tenth + 1) // TENTHS, *tenths[-1]), flush=True)
     first, last = tenths[0], tenths[-1]
     print(f"  memory grew by {(last[0] / first[0] - 1) * 100:.2f} % after the first tenth")
-    return last[0] < first[0] * ALLOWED_GROWTH and last[1] <= first[1] and last[2] <= first[2]
+    fault.expect(last[0] < first[0] * ALLOWED_GROWTH and last[1] <= first[1]
+                 and last[2] <= first[2], "something grows")
 
 
 def main():
@@ -71,20 +71,18 @@ def main():
         parser.error(f"at least {TENTHS} starts, one for each tenth")
 
     print("Starts of the whole program")
-    with harness.Screen() as screen, FaultyServer() as server:
-        fault = harness.Fault(os.path.abspath(arguments.bin), os.path.abspath(arguments.out), screen)
-        is_sound = False
+    with Desktop(Desktop.MANAGED) as desktop:
+        fault = Fault(os.path.abspath(arguments.bin), os.path.abspath(arguments.out), desktop)
+        fault.serve()
         try:
-            is_sound = soak(fault, server, arguments.starts)
+            soak(fault, arguments.starts)
         except AssertionError as wrong:
-            print(f"  {wrong}")
-            fault.process.kill()
+            fault.expect(False, str(wrong))
         fault.finish()
     for wrong in fault.failures:
         print(f"  {wrong}")
-    is_sound = is_sound and not fault.failures
-    print("  ok" if is_sound else "  FAILED")
-    return 0 if is_sound else 1
+    print("  FAILED" if fault.failures else "  ok")
+    return 1 if fault.failures else 0
 
 
 if __name__ == "__main__":
