@@ -2,10 +2,13 @@
 
 #include "ui/wordbreaks.h"
 
+#include <QtCore/QEvent>
 #include <QtCore/QRegularExpression>
 #include <QtGui/QImageReader>
 #include <QtGui/QTextLayout>
 #include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QPlainTextEdit>
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QWidget>
 
@@ -22,6 +25,38 @@ bool isTooLarge(const QString &path)
         return false;                             // the program's own
     const QSize size = QImageReader(path).size(); // from the head of the file
     return qint64(size.width()) * size.height() > maxPixels;
+}
+
+/// Keeps an edit's hint in the colour of its text, which the style sheet sets.
+class HintColour : public QObject
+{
+public:
+    explicit HintColour(QWidget *edit)
+        : QObject(edit)
+    {
+        edit->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::PaletteChange) {
+            auto *edit = static_cast<QWidget *>(watched);
+            QPalette palette = edit->palette();
+            for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
+                palette.setBrush(group, QPalette::PlaceholderText,
+                                 palette.brush(group, QPalette::Text));
+            if (palette != edit->palette())
+                edit->setPalette(palette);
+        }
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+template<typename Edit>
+void giveHint(Edit *edit, const QString &text)
+{
+    new HintColour(edit);
+    edit->setPlaceholderText(text);
 }
 
 } // namespace
@@ -77,6 +112,16 @@ void setWrappedText(QAbstractButton *button, const QString &text, int width)
 
     button->setText(buttonText(lines.join(QLatin1Char('\n'))));
     button->setAccessibleName(text);
+}
+
+void setHint(QLineEdit *edit, const QString &text)
+{
+    giveHint(edit, text);
+}
+
+void setHint(QPlainTextEdit *edit, const QString &text)
+{
+    giveHint(edit, text);
 }
 
 void sayStatus(QWidget &page, const QStringList &texts)

@@ -4,6 +4,8 @@
 #include <QtCore/QStringList>
 
 class QAbstractButton;
+class QLineEdit;
+class QPlainTextEdit;
 class QWidget;
 
 /// Small pieces of the look that the style sheet cannot give by itself.
@@ -23,6 +25,11 @@ QString buttonText(const QString &text);
 /// Gives a radio button or check box a text that is broken into lines of at most width pixels,
 /// which buttons do not do by themselves. Screen readers get it in one piece.
 void setWrappedText(QAbstractButton *button, const QString &text, int width);
+
+/// Gives an edit a hint in the style sheet's colour: later releases of Qt 5.15 halve its opacity,
+/// which makes it too faint to read.
+void setHint(QLineEdit *edit, const QString &text);
+void setHint(QPlainTextEdit *edit, const QString &text);
 
 /// Tells screen readers what a page shows now. The page has the keyboard while nothing on it is to
 /// be done, and a new name of what has the keyboard is read aloud at once: say little.

@@ -43,7 +43,7 @@ OptionPage::OptionPage(QWidget *parent, const QList<QJsonObject> &options)
     removeSampleReasons();
     fill(options);
 
-    textEdit->setPlaceholderText(tr("Please describe the problem you encountered."));
+    Look::setHint(textEdit, tr("Please describe the problem you encountered."));
     keepText();
     Look::sayStatus(*this, {lblTitle->text()});
 

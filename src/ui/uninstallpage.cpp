@@ -50,7 +50,7 @@ UninstallPage::UninstallPage(QWidget *parent, const QList<QJsonObject> &recommen
 
     setPicture("Uninstalling");
     lstProduct->addProducts(recommended);
-    edtEmail->setPlaceholderText(tr("Email address"));
+    Look::setHint(edtEmail, tr("Email address"));
 
     connect(m_tickTimer, &QTimer::timeout, this, &UninstallPage::timerTimeout);
     connect(lstProduct, &QListWidget::itemClicked, this, &UninstallPage::lstProductItemClicked);

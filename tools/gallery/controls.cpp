@@ -1,6 +1,7 @@
 #include "tools/gallery/controls.h"
 
 #include "ui/basewindow.h"
+#include "ui/look.h"
 
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QCheckBox>
@@ -46,7 +47,7 @@ Maker line(const QString &text)
     return [text](QWidget *parent) {
         auto *made = new QLineEdit(text, parent);
         made->setMinimumHeight(40);
-        made->setPlaceholderText(QStringLiteral("Email address"));
+        Look::setHint(made, QStringLiteral("Email address"));
         return made;
     };
 }
@@ -57,7 +58,7 @@ Maker box(const QString &text)
         auto *made = new QPlainTextEdit(text, parent);
         made->setFixedHeight(52);
         made->setCursorWidth(0); // a caret is not text
-        made->setPlaceholderText(QStringLiteral("Please describe the problem."));
+        Look::setHint(made, QStringLiteral("Please describe the problem."));
         made->setProperty("text", text); // as the feedback page keeps it, for the style sheet
         return made;
     };
