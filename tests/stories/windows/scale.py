@@ -1,13 +1,12 @@
-"""Stories of the display's scale: it is measured, and the window has that size. Since Windows 8.1 it
-is measured by physical pixels, before by dots per inch."""
+"""Stories of the display's scale: it is measured by the physical pixels that the system hides from
+programs that know no DPI, and the window has that size."""
 
 from tests.kit.driver import Role
 from tests.stories import events
 from tests.stories.story import MAIN, Outcome, story as listed
 
 
-def scale(story, dots_per_inch, factor, version="win10"):
-    story.prefix.set_registry("HKCU\\Software\\Wine", "Version", "REG_SZ", version)
+def scale(story, dots_per_inch, factor):
     story.prefix.set_registry("HKCU\\Control Panel\\Desktop", "LogPixels", "REG_DWORD",
                               dots_per_inch)
     story.prefix.end_session()  # it is read when a session begins
@@ -44,15 +43,3 @@ def scale_144(story):
 def scale_192(story):
     """A scale of two."""
     scale(story, 192, 2)
-
-
-@listed
-def scale_144_windows_7(story):
-    """A scale of three halves where the dots per inch tell it."""
-    scale(story, 144, 2, "win7")
-
-
-@listed
-def scale_192_windows_7(story):
-    """A scale of two where the dots per inch tell it."""
-    scale(story, 192, 2, "win7")
