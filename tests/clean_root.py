@@ -22,7 +22,7 @@ def left_over(before):
     found = []
     for process in pathlib.Path("/proc").glob("[0-9]*"):
         try:
-            if STEPS in process.joinpath("cmdline").read_text() and process.name != str(os.getpid()):
+            if STEPS in process.joinpath("cmdline").read_text():
                 found.append("process " + process.name)
             if process.name not in before and \
                     "/root-" in process.joinpath("mountinfo").read_text():

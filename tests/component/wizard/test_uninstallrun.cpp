@@ -143,7 +143,7 @@ void TestUninstallRun::whatIsSaidIsNotKept()
     }
     answer(window, 1);
     QTRY_VERIFY_WITH_TIMEOUT(!received().isEmpty() && !isProcessRunning(window), patienceMs);
-    QVERIFY2(kept < 1024 * 1024, qPrintable(QString::number(kept)));
+    QVERIFY2(kept < qint64(1024) * 1024, qPrintable(QString::number(kept)));
 }
 
 void TestUninstallRun::cancelEndsWithoutStartingAnything()
