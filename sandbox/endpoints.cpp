@@ -1,5 +1,5 @@
-// The sandbox flavour's hosts: a local service, named by an environment variable that whoever
-// starts the service sets. The program as shipped does not link this file.
+// The sandbox flavour's hosts: a local service whose address is in an environment variable. The
+// program as shipped does not link this file.
 
 #include "app/env/endpoints.h"
 

@@ -1,10 +1,7 @@
 #include "sandbox/installation/samplefeed.h"
 
-#include <QtCore/QDir>
-#include <QtCore/QFile>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <algorithm>
 
 namespace {
 
@@ -23,54 +20,41 @@ QByteArray successAnswer(const QJsonObject &result)
 } // namespace
 
 SampleFeed::SampleFeed(const QString &root)
-    : m_root(QDir(root).absolutePath())
+    : m_folder(root)
 {
 }
 
 bool SampleFeed::writeCheckAnswer(const QByteArray &answer) const
 {
-    return writeFile(QStringLiteral("check.json"), answer);
+    return m_folder.write(QStringLiteral("check.json"), answer);
 }
 
 bool SampleFeed::writeDownloadAnswer(const QByteArray &answer) const
 {
-    return writeFile(QStringLiteral("download.json"), answer);
+    return m_folder.write(QStringLiteral("download.json"), answer);
 }
 
-bool SampleFeed::writePackage(qint64 bytes) const
+bool SampleFeed::writePackage(int bytes) const
 {
-    QDir().mkpath(m_root);
-    QFile file(packageFile());
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
     // A prime period, which no chunk size has.
     constexpr int period = 251;
-    QByteArray block(period * 4096, Qt::Uninitialized);
-    for (int at = 0; at < block.size(); ++at)
-        block[at] = static_cast<char>(at % period);
-    for (qint64 left = bytes; left > 0; left -= block.size()) {
-        const qint64 length = std::min<qint64>(left, block.size());
-        if (file.write(block.constData(), length) != length)
-            return false;
-    }
-    return file.flush();
+    QByteArray package(bytes, Qt::Uninitialized);
+    for (int at = 0; at < bytes; ++at)
+        package[at] = static_cast<char>(at % period);
+    return m_folder.write(QStringLiteral("package"), package);
 }
 
-bool SampleFeed::writeOrders(const Orders &orders) const
+bool SampleFeed::writeOrders(Orders orders) const
 {
-    Orders all = orders;
     const QString targetKey = QStringLiteral("target");
-    if (!all.contains(targetKey))
-        all.insert(targetKey, target());
-    QByteArray text;
-    for (auto order = all.cbegin(); order != all.cend(); ++order)
-        text += order.key().toUtf8() + '=' + order.value().toUtf8() + '\n';
-    return writeFile(QStringLiteral("orders.txt"), text);
+    if (!orders.contains(targetKey))
+        orders.insert(targetKey, target());
+    return m_folder.write(QStringLiteral("orders.txt"), SampleFolder::lines(orders));
 }
 
 bool SampleFeed::writeUpdateInfo(const QString &version) const
 {
-    return writeFile(
+    return m_folder.write(
         QStringLiteral("UpdateInfo.json"),
         json({{QStringLiteral("brand"), QStringLiteral("Norvane")},
               {QStringLiteral("email"), QStringLiteral("robin@mail.example")},
@@ -111,37 +95,25 @@ QByteArray SampleFeed::downloadAnswer(const QString &version) const
 
 QString SampleFeed::packageFile() const
 {
-    return path(QStringLiteral("package"));
+    return m_folder.path(QStringLiteral("package"));
 }
 
 QString SampleFeed::updateInfoFile() const
 {
-    return path(QStringLiteral("UpdateInfo.json"));
+    return m_folder.path(QStringLiteral("UpdateInfo.json"));
 }
 
 QString SampleFeed::target() const
 {
-    return path(QStringLiteral("Norvane Clipwright Package"));
+    return m_folder.path(QStringLiteral("Norvane Clipwright Package"));
 }
 
 QString SampleFeed::callsFile() const
 {
-    return path(QStringLiteral("calls.jsonl"));
+    return m_folder.path(QStringLiteral("calls.jsonl"));
 }
 
 QMap<QString, QString> SampleFeed::environment() const
 {
-    return {{QStringLiteral("NVUPGRADE_FEED"), m_root}};
-}
-
-QString SampleFeed::path(const QString &relative) const
-{
-    return m_root + QLatin1Char('/') + relative;
-}
-
-bool SampleFeed::writeFile(const QString &relative, const QByteArray &content) const
-{
-    QDir().mkpath(m_root);
-    QFile file(path(relative));
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
+    return {{QStringLiteral("NVUPGRADE_FEED"), m_folder.root()}};
 }

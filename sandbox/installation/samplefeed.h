@@ -1,20 +1,17 @@
 #pragma once
 
-#include <QtCore/QByteArray>
-#include <QtCore/QMap>
-#include <QtCore/QString>
+#include "sandbox/installation/samplefolder.h"
 
 /// The folder from which the upgrade library's stand-in answers: its answers, the package that it
-/// "downloads", and how it is to behave. Methods that write return false when they could not.
+/// "downloads", and how it is to behave.
 class SampleFeed
 {
 public:
-    /// "key=value" lines; standins/nvUpgrade/nvupgrade.cpp lists the keys.
-    using Orders = QMap<QString, QString>;
+    /// standins/nvUpgrade/nvupgrade.cpp lists the keys.
+    using Orders = SampleFolder::Orders;
 
-    static constexpr qint64 defaultPackageBytes = qint64(24) * 1024 * 1024;
+    static constexpr int defaultPackageBytes = 24 * 1024 * 1024;
 
-    /// The folder is made by the first method that writes.
     explicit SampleFeed(const QString &root);
 
     /// Answers, as they are; they need not be JSON.
@@ -22,10 +19,10 @@ public:
     bool writeDownloadAnswer(const QByteArray &answer) const;
 
     /// Bytes that differ along the file, so that a misplaced chunk shows.
-    bool writePackage(qint64 bytes = defaultPackageBytes) const;
+    bool writePackage(int bytes = defaultPackageBytes) const;
 
     /// Replaces all orders. The package's target is among them unless the caller names another.
-    bool writeOrders(const Orders &orders) const;
+    bool writeOrders(Orders orders) const;
 
     /// The update description file of a version.
     bool writeUpdateInfo(const QString &version) const;
@@ -50,8 +47,5 @@ public:
     QMap<QString, QString> environment() const;
 
 private:
-    QString path(const QString &relative) const;
-    bool writeFile(const QString &relative, const QByteArray &content) const;
-
-    const QString m_root;
+    const SampleFolder m_folder;
 };

@@ -8,14 +8,13 @@
 
 namespace {
 
-const QLatin1String productExe("Norvane Clipwright X.exe");
+const auto productExe = QStringLiteral("Norvane Clipwright X.exe");
 
-bool writeFile(const QString &fileName, const QByteArray &content)
-{
-    QDir().mkpath(QFileInfo(fileName).path());
-    QFile file(fileName);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
+// Within the sample's folder.
+const auto installFolder = QStringLiteral("Program Files/Norvane/Norvane Clipwright/");
+const auto dataFolder = QStringLiteral("ProgramData/Norvane Clipwright/");
+const auto updateStem =
+    QStringLiteral("Program Files/Norvane/Norvane Clipwright Update/Norvane Clipwright Update");
 
 bool copyProgram(const QString &name, const QString &target)
 {
@@ -25,18 +24,10 @@ bool copyProgram(const QString &name, const QString &target)
                        target);
 }
 
-QByteArray lines(const SampleInstallation::Orders &orders)
-{
-    QByteArray text;
-    for (auto order = orders.begin(); order != orders.end(); ++order)
-        text += order.key().toUtf8() + '=' + order.value().toUtf8() + '\n';
-    return text;
-}
-
 } // namespace
 
 SampleInstallation::SampleInstallation(const QString &root)
-    : m_root(QDir(root).absolutePath())
+    : m_folder(root)
 {
 }
 
@@ -50,15 +41,14 @@ bool SampleInstallation::write() const
     bool ok = true;
     const QStringList files = productFiles() + resourceFiles();
     for (const QString &file : files)
-        ok = writeInstallFile(file) && ok;
-    ok = copyProgram(QStringLiteral("sample-program"),
-                     installDir() + QLatin1Char('/') + productExe) &&
-         ok;
+        ok =
+            m_folder.write(installFolder + file, "Sample content of " + file.toUtf8() + '\n') && ok;
+    ok = copyProgram(QStringLiteral("sample-program"), path(installFolder + productExe)) && ok;
     ok = writeUninstaller(0, {{QStringLiteral("delay"), QStringLiteral("3000")}}) && ok;
     ok = writeUpdateInstaller({{QStringLiteral("delay"), QStringLiteral("2000")}}) && ok;
     ok = writeProductIni(QStringLiteral("ENG")) && ok;
-    ok = writeFile(productDataDir() + QStringLiteral("/KConfig.ini"),
-                   "[Uid]\nUid=20260417\n\n[AccountInfo]\nEmail=robin@mail.example\n") &&
+    ok = m_folder.write(dataFolder + QStringLiteral("KConfig.ini"),
+                        "[Uid]\nUid=20260417\n\n[AccountInfo]\nEmail=robin@mail.example\n") &&
          ok;
 
     setSystemValue(QStringLiteral("HKEY_CLASSES_ROOT/NCPFile/path"), installDir());
@@ -70,18 +60,17 @@ bool SampleInstallation::write() const
 
 QString SampleInstallation::installDir() const
 {
-    return path(QStringLiteral("Program Files/Norvane/Norvane Clipwright"));
+    return path(installFolder).chopped(1);
 }
 
 QString SampleInstallation::productDataDir() const
 {
-    return path(QStringLiteral("ProgramData/Norvane Clipwright"));
+    return path(dataFolder).chopped(1);
 }
 
 QString SampleInstallation::updateInstaller() const
 {
-    return path(QStringLiteral(
-        "Program Files/Norvane/Norvane Clipwright Update/Norvane Clipwright Update.exe"));
+    return path(updateStem + QStringLiteral(".exe"));
 }
 
 QStringList SampleInstallation::productFiles() const
@@ -116,53 +105,52 @@ QString SampleInstallation::installerRecord() const
 
 bool SampleInstallation::writeUninstaller(int number, const Orders &orders) const
 {
-    const QString stem = installDir() + QStringLiteral("/unins00%1").arg(number);
-    QByteArray dat = lines(orders) + "record=" + uninstallerRecord().toUtf8() + '\n';
+    const QString stem = installFolder + QStringLiteral("unins00%1").arg(number);
+    QByteArray dat = SampleFolder::lines(orders) + "record=" + uninstallerRecord().toUtf8() + '\n';
     const QStringList files = productFiles();
     for (const QString &file : files)
         dat += "file=" + file.toUtf8() + '\n';
     const QStringList resources = resourceFiles();
     for (const QString &resource : resources)
         dat += "resource=" + resource.toUtf8() + '\n';
-    return copyProgram(QStringLiteral("sample-uninstaller"), stem + QStringLiteral(".exe")) &&
-           writeFile(stem + QStringLiteral(".dat"), dat);
+    return copyProgram(QStringLiteral("sample-uninstaller"), path(stem + QStringLiteral(".exe"))) &&
+           m_folder.write(stem + QStringLiteral(".dat"), dat);
 }
 
 bool SampleInstallation::writeUpdateInstaller(const Orders &orders) const
 {
-    QString ordersFile = updateInstaller();
-    ordersFile.replace(ordersFile.size() - 4, 4, QStringLiteral(".txt"));
     return copyProgram(QStringLiteral("sample-update-installer"), updateInstaller()) &&
-           writeFile(ordersFile, lines(orders) + "record=" + installerRecord().toUtf8() +
-                                     "\nini=" + productDataDir().toUtf8() + "/Clipwright.ini\n");
+           m_folder.write(updateStem + QStringLiteral(".txt"),
+                          SampleFolder::lines(orders) + "record=" + installerRecord().toUtf8() +
+                              "\nini=" + productDataDir().toUtf8() + "/Clipwright.ini\n");
 }
 
 bool SampleInstallation::writeProductIni(const QString &language) const
 {
-    return writeFile(productDataDir() + QStringLiteral("/Clipwright.ini"),
-                     "[System]\nProductID=8461\nDefInstallLang=" + language.toLatin1() +
-                         "\n\n[Product]\nProductID=846\nVersion=7.2.1.4\n");
+    return m_folder.write(dataFolder + QStringLiteral("Clipwright.ini"),
+                          "[System]\nProductID=8461\nDefInstallLang=" + language.toLatin1() +
+                              "\n\n[Product]\nProductID=846\nVersion=7.2.1.4\n");
 }
 
 void SampleInstallation::setSystemValue(const QString &key, const QString &value) const
 {
-    SystemValues::set(m_root, key, value);
+    SystemValues::set(m_folder.root(), key, value);
 }
 
 void SampleInstallation::removeSystemValue(const QString &key) const
 {
-    SystemValues::remove(m_root, key);
+    SystemValues::remove(m_folder.root(), key);
 }
 
 void SampleInstallation::clearSystemValues() const
 {
-    SystemValues::clear(m_root);
+    SystemValues::clear(m_folder.root());
 }
 
 QMap<QString, QString> SampleInstallation::environment() const
 {
     const QString temp = path(QStringLiteral("Temp"));
-    QMap<QString, QString> environment = SystemValues::environment(m_root);
+    QMap<QString, QString> environment = SystemValues::environment(m_folder.root());
     environment.insert(QStringLiteral("ProgramData"), path(QStringLiteral("ProgramData")));
     environment.insert(QStringLiteral("ProgramFiles"), path(QStringLiteral("Program Files")));
     for (const char *variable : {"TMPDIR", "TMP", "TEMP"})
@@ -173,11 +161,5 @@ QMap<QString, QString> SampleInstallation::environment() const
 
 QString SampleInstallation::path(const QString &relative) const
 {
-    return m_root + QLatin1Char('/') + relative;
-}
-
-bool SampleInstallation::writeInstallFile(const QString &relative) const
-{
-    return writeFile(installDir() + QLatin1Char('/') + relative,
-                     "Sample content of " + relative.toUtf8() + '\n');
+    return m_folder.path(relative);
 }

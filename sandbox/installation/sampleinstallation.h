@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QtCore/QMap>
-#include <QtCore/QString>
+#include "sandbox/installation/samplefolder.h"
+
 #include <QtCore/QStringList>
 
 /// A complete sample installation of the product below one folder: product files, effect
@@ -12,7 +12,7 @@ class SampleInstallation
 public:
     /// "key=value" lines that tell a sample program what to do: "delay" (milliseconds), "exit"
     /// (code), "end" ("crash" or "hang").
-    using Orders = QMap<QString, QString>;
+    using Orders = SampleFolder::Orders;
 
     explicit SampleInstallation(const QString &root);
 
@@ -36,8 +36,8 @@ public:
     bool writeUpdateInstaller(const Orders &orders) const;
     bool writeProductIni(const QString &language) const;
 
-    /// Sets a value of the registry, or of the machine's state, "System/Online", where a program can
-    /// be told of it.
+    /// Sets a value of the registry, or of the machine's state, "System/Online", where a program
+    /// can be told of it.
     void setSystemValue(const QString &key, const QString &value) const;
     void removeSystemValue(const QString &key) const;
     void clearSystemValues() const;
@@ -47,7 +47,6 @@ public:
 
 private:
     QString path(const QString &relative) const;
-    bool writeInstallFile(const QString &relative) const;
 
-    const QString m_root;
+    const SampleFolder m_folder;
 };

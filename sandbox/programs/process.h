@@ -15,10 +15,10 @@ struct Invocation
 
 Invocation invocation(int argc, char **argv);
 
-/// Ends the process as a crash does, in the eyes of whoever started it.
+/// Ends the process; to its parent process that looks like a crash.
 [[noreturn]] void crash();
 
-/// Removes the file of the running program, or at least takes it out of its folder.
+/// Removes the file of the running program from its folder.
 void removeItself(const std::filesystem::path &program);
 
 } // namespace Sample

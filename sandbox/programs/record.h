@@ -28,7 +28,7 @@ inline void recordArguments(const std::filesystem::path &file,
     std::ofstream(starts, std::ios::binary | std::ios::app) << "started\n";
 }
 
-/// Says "say" bytes on both of its outputs.
+/// Writes "say" bytes to each of its two outputs.
 inline void speak(const Instructions &instructions)
 {
     const std::string line(1023, 'x');
@@ -39,7 +39,7 @@ inline void speak(const Instructions &instructions)
     std::cout.flush();
 }
 
-/// Waits "delay" milliseconds, then, if "end" says so, hangs for good or crashes.
+/// Waits "delay" milliseconds, then, if "end" says so, hangs forever or crashes.
 inline void waitOrEnd(const Instructions &instructions)
 {
     std::this_thread::sleep_for(

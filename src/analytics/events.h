@@ -31,7 +31,7 @@ void reportUninstallReConfirm(bool remove, bool deleteAll);
 /// The uninstaller's run ended.
 void reportUninstallResult(bool success);
 
-/// The user left an address, or an empty one, after a successful run.
+/// The user submitted the address field, empty or not, after a successful run.
 void reportSubscribe(const QString &email);
 
 /// The user asked for the maker's other products.
@@ -40,7 +40,7 @@ void reportClickMore(bool success);
 /// A recommended product was clicked; url may be empty.
 void reportRecommend(const QString &url, int pid, const QString &pageType);
 
-/// A page is closed and the program with it.
+/// The user closed a page, which ends the program.
 void reportClickExit(const QString &pageSource, bool success);
 
 /// The update installer ended well; the user started the new version.

@@ -2,7 +2,7 @@
 
 namespace Platform {
 
-/// Whether the machine counts as connected to a network. Asks nobody outside the machine.
+/// Whether the machine counts as connected to a network. Sends nothing over it.
 bool isNetworkOnline();
 
 } // namespace Platform

@@ -15,7 +15,7 @@
 
 namespace {
 
-/// The library's answer, as it comes and as the program reads it.
+/// The buffer for the library's answer, and the answer as narrow text.
 class Answer
 {
 public:
@@ -32,8 +32,8 @@ private:
     std::array<wchar_t, 1024> m_characters{};
 };
 
-/// The helper whose download is in progress. A library that still reports when its download is over
-/// may name one that is gone.
+/// The helper whose download is in progress, or null. The library may report progress once more
+/// after the call has returned, when the helper that it names may have been deleted.
 std::atomic<void *> downloader{nullptr};
 
 void reportProgress(int percent, void *context)
@@ -93,8 +93,8 @@ NvUpgradeHelper::NvUpgradeHelper()
             &NvUpgradeHelper::slot_downloadPackage);
     connect(this, &NvUpgradeHelper::s_stop, this, &NvUpgradeHelper::slot_stop);
 
-    // The thread object, a child, moves along. No event is ever sent to it, and once its thread
-    // has ended it can be deleted with its parent from anywhere.
+    // The thread object, a child, moves along. It receives no events, so that once its thread has
+    // ended any thread may delete it with its parent.
     moveToThread(m_thread);
     m_thread->start();
     reloadUpdateInfo();
@@ -160,7 +160,7 @@ void NvUpgradeHelper::reloadUpdateInfo()
         m_updateInfo = std::move(*info);
 }
 
-// By value, as their signatures are fixed; a queued call brings a copy of its own anyway.
+// The signatures are fixed: arguments by value. A queued call copies them anyway.
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 void NvUpgradeHelper::shot_checkUpgrade(checkInPraram params)

@@ -32,8 +32,8 @@ public:
     /// Whether a request is waiting or in progress.
     static bool isBusy();
 
-    /// Deletes the helper unless a request is waiting or in progress, which could keep release()
-    /// waiting for good. Returns whether there is no helper any more.
+    /// Deletes the helper unless a request is waiting or in progress: then release() would wait for
+    /// the library, however long that takes. Returns true when there is no helper any more.
     static bool releaseIfIdle();
 
     /// Full name of "Back_UpdateInfo.json", the helper's copy of the update description file.
@@ -68,8 +68,8 @@ Q_SIGNALS:
     /// bRtn tells whether the library reported success; downloadResult() has the details.
     void s_DownFinish(bool bRtn);
 
-    /// A failed check (errcode not 0) is told here and nowhere else. An answer that is no JSON
-    /// counts as a success with empty data.
+    /// A failed check (errcode not 0) is reported here only; checkResult() keeps the last success.
+    /// An answer that is no JSON counts as a success with empty data.
     void s_CheckFinish(checkOutParam params);
 
     // From the public operations to the helper's thread.

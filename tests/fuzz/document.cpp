@@ -33,7 +33,7 @@ QJsonObject readWithoutLookingForLeaks(const QString &fileName)
     return Config::readDocument(fileName).object();
 }
 
-// Gone with the application object, which the fuzzer never destroys.
+// Deleted with the application object. The fuzzer deletes neither.
 const Sandbox *sandbox;
 const LinkCatcher *links;
 
@@ -71,7 +71,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 
     ConfigDownloader downloader;
     Fuzz::require(downloader.collectImages(document) == !options.isEmpty(),
-                  "a document is of use when it has options");
+                  "a document is saved when it has options");
 
     if (document.isEmpty())
         return 0; // pages without content are the same every time
@@ -81,7 +81,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     Fuzz::require(reasons.size() <= options.size(), "no more reasons than options");
     for (QRadioButton *reason : reasons) {
         reason->setChecked(true);
-        Fuzz::require(optionPage.btnContinue->isEnabled(), "a chosen reason leads on");
+        Fuzz::require(optionPage.btnContinue->isEnabled(), "a chosen reason enables Continue");
     }
 
     UninstallPage uninstallPage(nullptr, listIn("recommended"));

@@ -22,7 +22,7 @@ void requireNameInFolder(const QString &name)
                   "a name leads nowhere else");
     Fuzz::require(name.startsWith(QLatin1String("pid_")) ||
                       name.startsWith(QLatin1String("option_")),
-                  "a name is no device's");
+                  "a name is not that of a device");
 }
 
 } // namespace
@@ -48,7 +48,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
                       QLatin1String(":/Resources/light/ico_default_2x.png"),
                   "a picture that is not there is the default one");
 
-    // Whatever the path, the widget gets a picture at most, and its children nothing.
+    // No path gives the widget more than a picture, or its children anything.
     static QWidget panel;
     static QLabel child(&panel);
     panel.ensurePolished();

@@ -1,6 +1,5 @@
-// Gives a fuzz target the files of the folders that are named, once each. With it the seeds, and
-// whatever else was once found, are tests in every build. A warning of the framework is a flaw as
-// well.
+// Gives a fuzz target each file of the named folders once, so that the seeds, and inputs that once
+// failed, are tests in every build. A warning of the framework is a failure, too.
 
 #include "tests/fuzz/target.h"
 
@@ -12,14 +11,14 @@ namespace {
 
 void refuseWarning(QtMsgType type, const QMessageLogContext & /*context*/, const QString &text)
 {
-    // What the platform cannot do, and what an ini file may ask for in vain.
-    const bool isExcuse =
+    // What the offscreen platform cannot do, and types in an ini file that are not known.
+    const bool isExpected =
         text.startsWith(QLatin1String("This plugin does not support ")) ||
         text.startsWith(QLatin1String("QVariant::load: unknown user type with name "));
-    if (isExcuse)
+    if (isExpected)
         return;
     std::fprintf(stderr, "%s\n", qPrintable(text));
-    Fuzz::require(type == QtDebugMsg || type == QtInfoMsg, "there is nothing to warn of");
+    Fuzz::require(type == QtDebugMsg || type == QtInfoMsg, "the framework has nothing to warn of");
 }
 
 } // namespace
@@ -43,7 +42,7 @@ int main(int argc, char **argv)
             ++files;
         }
     }
-    // With it goes what the target set up, so that what is left then has leaked.
+    // Deletes what the target set up as well; what remains has leaked.
     delete QCoreApplication::instance();
     Fuzz::require(files > 0, "there are seeds");
     std::printf("%d files\n", files);

@@ -20,12 +20,12 @@ inline QByteArray bytes(const std::uint8_t *data, std::size_t size)
     return QByteArray(reinterpret_cast<const char *>(data), static_cast<int>(size));
 }
 
-/// Ends the process, as a crash does, when something did not hold.
+/// Aborts, which the fuzzer takes for a crash, when the condition is false.
 inline void require(bool condition, const char *what)
 {
     if (condition)
         return;
-    std::fprintf(stderr, "does not hold: %s\n", what);
+    std::fprintf(stderr, "not true: %s\n", what);
     std::abort();
 }
 

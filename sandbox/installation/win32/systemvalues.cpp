@@ -61,7 +61,7 @@ void set(const QString & /*root*/, const QString &key, const QString &value)
     const Place at = place(key);
     const QString own = ownKeyOf(at.key);
     if (own.isEmpty())
-        return; // the machine's state, which nobody here can set
+        return; // the machine's state cannot be set
     claim(own);
     QSettings(at.key, QSettings::NativeFormat).setValue(at.value, value);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 /// The interface of the maker's analytics library as this program calls it. Texts are UTF-8.
-/// Calls come from one thread. Results say nothing the program needs.
+/// Calls come from one thread. The program ignores the results.
 
 #if defined(_WIN32)
 #if defined(DATA_API_BUILD)

@@ -12,7 +12,7 @@
 //                                      not, and then once more without its context
 //                     check_delay      milliseconds that a check takes
 //                     download_delay   milliseconds that each chunk takes
-//                     never_return     "check" or "download": waits for stop(), for good without it
+//                     never_return     "check" or "download": returns only after stop()
 //                     callback_thread  "own", a thread started for the download, or "caller"
 //
 // Every call is appended to calls.jsonl in the same folder, in order, as one JSON line: "call" and,
@@ -204,8 +204,7 @@ int perform(const char *name, const wchar_t *jsonIn, wchar_t *jsonOut, int outCa
     return 0;
 }
 
-/// Waits as long as a call is ordered to take, for good if it is never to return. Returns false
-/// when stop() ended the wait.
+/// Waits as long as a call is ordered to take. Returns false when stop() ended the wait.
 bool takeTime(const Sample::Instructions &orders, const char *call, long long milliseconds)
 {
     if (Sample::value(orders, "never_return") == call)

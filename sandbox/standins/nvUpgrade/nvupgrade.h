@@ -2,7 +2,7 @@
 
 /// The interface of the maker's upgrade library as this program calls it. Requests and answers are
 /// one-line JSON texts. An answer is cut to what the caller has room for, outCapacity characters
-/// with the closing zero. Results say nothing the program needs: errors stand in the answer.
+/// with the closing zero. The program ignores the results: errors stand in the answer.
 
 #if defined(_WIN32)
 #if defined(NVUPGRADE_BUILD)

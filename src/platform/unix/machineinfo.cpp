@@ -29,7 +29,7 @@ QString localIPv4(const QString &computerName)
         return {};
     const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> guard(found, &freeaddrinfo);
 
-    // A plain pointer conversion: the resolver hands out the general type of every address.
+    // The resolver describes addresses of every family by a general type.
     const void *address = found->ai_addr;
     const quint32 bytes = ntohl(static_cast<const sockaddr_in *>(address)->sin_addr.s_addr);
     return QStringLiteral("%1.%2.%3.%4")

@@ -6,7 +6,7 @@ namespace Platform {
 
 QString registryText(const QString &key, const QString &value)
 {
-    // QSettings takes backslashes in keys for trouble; its own separator is the slash.
+    // QSettings separates groups by slashes and does not support backslashes in keys.
     QString path = key + QLatin1Char('/') + value;
     path.replace(QLatin1Char('\\'), QLatin1Char('/'));
     return systemIniValue(path).toString();

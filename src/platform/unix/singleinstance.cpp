@@ -24,7 +24,7 @@ bool claimSingleInstance(const char *name)
         return true;
     struct stat status = {};
     if (fstat(descriptor, &status) == 0 && status.st_uid != getuid()) {
-        close(descriptor); // somebody else's, who could hold it for good
+        close(descriptor); // another user's file: that user could hold the lock forever
         return true;
     }
     if (flock(descriptor, LOCK_EX | LOCK_NB) == 0)

@@ -33,7 +33,8 @@ QString localIPv4(const QString &computerName)
 
 QString osVersion()
 {
-    // The documented calls lie to programs without a matching manifest; this one does not.
+    // The documented functions name an older version to a program whose manifest does not list the
+    // running one.
     using RtlGetNtVersionNumbers = void(WINAPI *)(DWORD *, DWORD *, DWORD *);
     DWORD major = 6;
     DWORD minor = 1;

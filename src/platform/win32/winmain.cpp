@@ -15,7 +15,7 @@ namespace {
 std::vector<char> ansiFromWide(const wchar_t *wide)
 {
     const int size = WideCharToMultiByte(CP_ACP, 0, wide, -1, nullptr, 0, nullptr, nullptr);
-    std::vector<char> narrow(static_cast<std::size_t>(size) + 1); // never without its end
+    std::vector<char> narrow(static_cast<std::size_t>(size) + 1); // terminated even if empty
     WideCharToMultiByte(CP_ACP, 0, wide, -1, narrow.data(), size, nullptr, nullptr);
     return narrow;
 }

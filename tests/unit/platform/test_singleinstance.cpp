@@ -16,7 +16,7 @@ private Q_SLOTS:
     void nameIsFreeAfterAnOrderlyEnd();
     void nameIsFreeAfterAKill();
     void otherNamesAreIndependent();
-    void brokenMachineDoesNotLockOut();
+    void missingRuntimeFolderDoesNotLockOut();
     void plantedLinkIsNotFollowed();
     void lockHeldByAnotherUserDoesNotLockOut();
 };
@@ -95,7 +95,7 @@ void TestSingleInstance::otherNamesAreIndependent()
     QCOMPARE(Claim(QStringLiteral("Other Program")).answer(), claimed);
 }
 
-void TestSingleInstance::brokenMachineDoesNotLockOut()
+void TestSingleInstance::missingRuntimeFolderDoesNotLockOut()
 {
     const Sandbox sandbox;
     qputenv("XDG_RUNTIME_DIR", "/nowhere/at/all");
@@ -107,7 +107,7 @@ void TestSingleInstance::plantedLinkIsNotFollowed()
     if (QDir::separator() == QLatin1Char('\\'))
         QSKIP("the name is held by this system itself, not by a file");
     const Sandbox sandbox;
-    // What the first claim leaves behind tells the name; then somebody was there before it.
+    // The lock file that a first claim leaves behind gives the name under which to plant a link.
     const QString folder = sandbox.path(QStringLiteral("Runtime"));
     QDir().mkpath(folder);
     Claim(name).end();

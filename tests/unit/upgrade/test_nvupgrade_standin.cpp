@@ -196,7 +196,7 @@ void TestNvUpgradeStandin::downloadCopiesThePackageInChunksWithProgress()
     Progress progress;
     QCOMPARE(download(&progress).toUtf8(), (*m_feed)->downloadAnswer(QStringLiteral("8.0.0.1")));
 
-    QCOMPARE(QFileInfo((*m_feed)->target()).size(), SampleFeed::defaultPackageBytes);
+    QCOMPARE(QFileInfo((*m_feed)->target()).size(), qint64(SampleFeed::defaultPackageBytes));
     QVERIFY(Sandbox::readFile((*m_feed)->target()) == Sandbox::readFile((*m_feed)->packageFile()));
     QCOMPARE(progress.percents.size(), std::size_t(25)); // the start, and 24 chunks of 1 MiB
     QCOMPARE(progress.percents.front(), 0);
