@@ -17,23 +17,25 @@ STEPS = f"1{os.getpid():010}"  # never done, and found among the processes by it
 BUSY = 60
 
 
-def left_over(before):
-    """What can still be seen of the command: processes by their arguments, mounts anywhere."""
-    found = []
+def spaces():
+    """The mount namespaces that processes are in, and their processes' arguments."""
+    found = {}
     for process in pathlib.Path("/proc").glob("[0-9]*"):
         try:
-            if STEPS in process.joinpath("cmdline").read_text():
-                found.append("process " + process.name)
-            if process.name not in before and \
-                    "/root-" in process.joinpath("mountinfo").read_text():
-                found.append("mounts of process " + process.name)
+            space = os.readlink(process / "ns/mnt")
+            found.setdefault(space, []).append((process / "cmdline").read_text(errors="replace"))
         except OSError:
             continue  # ended in between
     return found
 
 
-def processes():
-    return {process.name for process in pathlib.Path("/proc").glob("[0-9]*")}
+def walking():
+    """The namespace in which the command runs; None when it does not."""
+    def is_walk(command):
+        return STEPS in command and "bin/monkey" in command
+
+    return next((space for space, commands in spaces().items() if any(map(is_walk, commands))),
+                None)
 
 
 def wait_until(condition):
@@ -43,29 +45,28 @@ def wait_until(condition):
     return condition()
 
 
-def is_walking():
-    return any(STEPS.encode() in process.read_bytes() and b"bin/monkey" in process.read_bytes()
-               for process in pathlib.Path("/proc").glob("[0-9]*/cmdline") if process.exists())
-
-
 def end(suite, name, send, expected):
-    before, mounts = processes(), pathlib.Path("/proc/self/mountinfo").read_text()
+    mounts = pathlib.Path("/proc/self/mountinfo").read_text()
     command = subprocess.Popen(["./dev", "in", suite, "monkey", STEPS], cwd=ROOT,
                                start_new_session=True, stdin=subprocess.DEVNULL,
                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     try:
-        if not wait_until(is_walking):
+        if not wait_until(walking):
             return [f"{name}: the command did not start within {BUSY} s"]
+        space = walking()
         send(command)
         code = command.wait(BUSY)
     finally:
         command.kill()
-    wait_until(lambda: not left_over(before))
-    failures = [f"{name}: left {what}" for what in left_over(before)]
+    failures = []
+    if not wait_until(lambda: space not in spaces()):
+        failures.append(f"{name}: left {spaces().get(space)}")
+    if any(STEPS in line for lines in spaces().values() for line in lines):
+        failures.append(f"{name}: left processes outside")
     if code != expected:
         failures.append(f"{name}: exit code {code}, not {expected}")
     if pathlib.Path("/proc/self/mountinfo").read_text() != mounts:
-        failures.append(f"{name}: mounts outside")
+        failures.append(f"{name}: left mounts outside")
     print(f"{name}: " + ("FAILED" if failures else "nothing left"))
     return failures
 
