@@ -457,7 +457,7 @@ void TestNvUpgradeHelper::check()
     m_feed->writeSmallUpgrade(version);
     checked();
     NvUpgradeHelper *helper = NvUpgradeHelper::instance();
-    QStringList stored = UpgradeFields::of(helper->checkResult());
+    QStringList stored = answered(helper->checkResult());
     QVERIFY(stored.contains(version));
 
     QVERIFY((*m_feed)->writeCheckAnswer(answer));
