@@ -12,6 +12,9 @@ from Xlib import X, Xatom, display, error
 
 from tests.kit.processes import Processes, end
 
+# Seconds after which something is missing. No measure of speed: it may be the machine that is slow.
+PATIENCE = 60
+
 Place = collections.namedtuple("Place", "x y width height")
 
 
@@ -92,13 +95,14 @@ class Desktop:
     def _start_manager(self):
         self._manager = self.start(["openbox"])
         # A window that appears while the manager starts may never be managed.
-        wait_until(lambda: self._root_property("_NET_SUPPORTING_WM_CHECK"), 30, "a window manager")
+        wait_until(lambda: self._root_property("_NET_SUPPORTING_WM_CHECK"), PATIENCE,
+                   "a window manager")
 
     def _start_compositor(self):
         """Without one, a translucent window does not show what lies behind it."""
         self.start(["picom", "--config", "/dev/null", "--backend", "xrender"])
         selection = self._display.intern_atom("_NET_WM_CM_S0")
-        wait_until(lambda: self._display.get_selection_owner(selection), 30, "a compositor")
+        wait_until(lambda: self._display.get_selection_owner(selection), PATIENCE, "a compositor")
 
     def vanish(self):
         """Ends the display, with every window on it."""
@@ -134,7 +138,7 @@ class Desktop:
                 if self._title(window) == title and self._is_viewable(window)
                 and size in (None, self.place(window.id)[2:])]
 
-    def wait_for_window(self, title, size=None, seconds=15):
+    def wait_for_window(self, title, size=None, seconds=PATIENCE):
         return wait_until(lambda: self.windows(title, size), seconds, f"window {title!r}")[0]
 
     def place(self, window):
@@ -161,7 +165,7 @@ class Desktop:
                 focus = focus.query_tree().parent
         return False
 
-    def wait_for_keyboard(self, title, size=None, seconds=15):
+    def wait_for_keyboard(self, title, size=None, seconds=PATIENCE):
         """Waits until the window of a title has the keyboard; returns the window. Keys that are
         pressed before the window manager has noticed are lost on their way. A window that does not
         get the keyboard by itself is activated."""

@@ -5,10 +5,7 @@ import abc
 import enum
 import time
 
-from tests.kit.desktop import wait_until
-
-# Seconds after which something is missing. No measure of speed: it may be the machine that is slow.
-PATIENCE = 60
+from tests.kit.desktop import PATIENCE, wait_until
 
 
 class Role(enum.Enum):

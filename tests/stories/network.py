@@ -8,8 +8,8 @@ import socket
 import subprocess
 import time
 
-from tests.kit.desktop import wait_until
-from tests.kit.driver import PATIENCE, Role
+from tests.kit.desktop import PATIENCE, wait_until
+from tests.kit.driver import Role
 from tests.kit.folders import ROOT
 from tests.kit.listener import Listener
 from tests.kit.proxies import HttpProxy, SocksProxy

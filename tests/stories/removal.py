@@ -3,7 +3,8 @@
 import os
 import time
 
-from tests.kit.driver import PATIENCE, Role
+from tests.kit.desktop import PATIENCE
+from tests.kit.driver import Role
 from tests.stories import events
 from tests.stories.story import (CONFIRMATION, MAIN, Outcome, effects, nothing, story as listed)
 

@@ -10,8 +10,7 @@ import time
 import typing
 
 from tests.kit import installation
-from tests.kit.desktop import Desktop, wait_until
-from tests.kit.driver import PATIENCE
+from tests.kit.desktop import PATIENCE, Desktop, wait_until
 from tests.kit.folders import make_afresh
 
 MAIN = "Norvane Clipwright Uninstaller"
