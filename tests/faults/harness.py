@@ -11,7 +11,6 @@ import re
 import shutil
 import signal
 import subprocess
-import threading
 import time
 
 from tests.faults.servers import SERVED, FaultyServer, document, refusing_url
@@ -66,30 +65,31 @@ class Skipped(Exception):
 
 
 class Stopwatch:
-    """Measures seconds, without those in which this thread, which observes the program, or the
-    program was ready to run but other processes had the processors: limits hold on a busy machine,
-    too, and need no margin for it. Of the program's threads, the one that lost most counts."""
+    """Measures seconds, without those in which processes were ready to run but others had the
+    processors: limits hold on a busy machine, too, and need no margin for it. Of the threads of a
+    process, the one that lost most counts."""
 
-    def __init__(self, process):
-        self._own = f"/proc/self/task/{threading.get_native_id()}/schedstat"
-        self._program = f"/proc/{process.pid}/task/*/schedstat"
+    def __init__(self, *pids):
+        self._pids = pids
         self._lost = {}
         self._before = self._delays()
         self._began = time.monotonic()
 
     def seconds(self):
-        for file, delay in self._delays().items():
-            self._lost[file] = delay - self._before.get(file, 0)
-        own = self._lost.pop(self._own, 0)
-        return time.monotonic() - self._began - own - max(self._lost.values(), default=0)
+        for thread, delay in self._delays().items():
+            self._lost[thread] = delay - self._before.get(thread, 0)
+        lost = (max((lost for (owner, _), lost in self._lost.items() if owner == pid), default=0)
+                for pid in self._pids)
+        return time.monotonic() - self._began - sum(lost)
 
     def _delays(self):
         """How long each thread has waited for a processor since it was started."""
         delays = {}
-        for file in [self._own, *glob.glob(self._program)]:
-            with contextlib.suppress(OSError, IndexError):  # the thread has ended
-                with open(file, encoding="ascii") as opened:
-                    delays[file] = int(opened.read().split()[1]) / 1e9
+        for pid in self._pids:
+            for file in glob.glob(f"/proc/{pid}/task/*/schedstat"):
+                with contextlib.suppress(OSError, IndexError):  # the thread has ended
+                    with open(file, encoding="ascii") as opened:
+                        delays[pid, file] = int(opened.read().split()[1]) / 1e9
         return delays
 
 
@@ -219,12 +219,13 @@ class Fault:
 
     def wait_until(self, condition, seconds, what):
         """Waits for a condition and returns its value; when it does not come the row has failed."""
-        watch = Stopwatch(self.process)
+        watch = Stopwatch(self.process.pid, *self.desktop.pids())
         while True:
+            is_late = watch.seconds() > seconds  # by now, not when the condition has been looked at
             value = condition()
             if value:
                 return value
-            if watch.seconds() > seconds:
+            if is_late:
                 raise AssertionError(f"not within {seconds:g} s: {what}")
             time.sleep(0.03)
 

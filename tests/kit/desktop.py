@@ -112,6 +112,10 @@ class Desktop:
         self._manager.kill()
         self._manager.wait()
 
+    def pids(self):
+        """The processes by which programs show their windows."""
+        return [process.pid for process in (self._server, self._manager) if process]
+
     def start(self, command, **options):
         """Starts a program that ends with the desktop at the latest."""
         return self._processes.start(command, **{"env": self.environment, **options})
