@@ -1,37 +1,27 @@
 #include "platform/narrowtext.h"
 
-#include <clocale>
-#include <cstdlib>
-#include <locale.h> // _configthreadlocale()
+#include <locale.h> // _create_locale()
+#include <stdlib.h> // _mbstowcs_l()
 #include <windows.h>
 
 namespace Platform {
 
 namespace {
 
-/// Gives the calling thread, and no other, the user's default locale for as long as it lives.
+/// The user's default locale, which no thread has to switch to.
 class UserLocale
 {
 public:
-    UserLocale()
-        : m_mode(_configthreadlocale(_ENABLE_PER_THREAD_LOCALE))
-    {
-        if (const char *current = std::setlocale(LC_ALL, nullptr))
-            m_previous = current;
-        std::setlocale(LC_ALL, "");
-    }
+    UserLocale() = default;
 
-    ~UserLocale()
-    {
-        std::setlocale(LC_ALL, m_previous.c_str());
-        _configthreadlocale(m_mode);
-    }
+    ~UserLocale() { _free_locale(m_locale); }
 
     Q_DISABLE_COPY(UserLocale)
 
+    operator _locale_t() const { return m_locale; }
+
 private:
-    const int m_mode;
-    std::string m_previous = "C";
+    const _locale_t m_locale = _create_locale(LC_ALL, "");
 };
 
 } // namespace
@@ -40,7 +30,7 @@ std::wstring wideFromNarrow(const std::string &narrow)
 {
     const UserLocale locale;
     std::wstring wide(narrow.size(), L'\0');
-    const std::size_t length = std::mbstowcs(wide.data(), narrow.c_str(), wide.size());
+    const std::size_t length = _mbstowcs_l(wide.data(), narrow.c_str(), wide.size(), locale);
     wide.resize(length == static_cast<std::size_t>(-1) ? 0 : length);
     return wide;
 }
