@@ -199,7 +199,7 @@ void TestAppEnv::uninstallerIsChosenAmongPairs_data()
         "unins007.exe");
     row("data only", "unins000.dat", "");
     row("program only", "unins000.exe", "");
-    row("two digits do not count", "unins010.exe|unins010.dat", "");
+    row("two digits do not count", "unins010.exe|unins010.dat|unins0010.exe|unins0010.dat", "");
     row("the last digit", "unins009.exe|unins009.dat|unins000.exe|unins000.dat", "unins009.exe");
 }
 

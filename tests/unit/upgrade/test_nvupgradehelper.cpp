@@ -152,6 +152,7 @@ private Q_SLOTS:
     void checkTakesUpdateInfoOver();
     void offersDescriptionIsReadWhole();
     void fullDiskKeepsUpdateInfo();
+    void folderInPlaceOfUpdateInfoLeavesNoCopyBehind();
     void missingUpdateInfoFileLeavesUpdateInfoUnchanged();
     void missingDataFolderIsMade();
     void unusableDataFolderLosesNothingElse();
@@ -643,6 +644,7 @@ void TestNvUpgradeHelper::checkTakesUpdateInfoOver_data()
     readAgain("missing file", "/no such folder/offer.json");
     readAgain("no name", {});
     readAgain("a folder", "/");
+    readAgain("a device", "/dev/null");
     readAgain("a name that no file can have", R"(/tmp\u0000/offer.json)");
     readAgain("the very file", "%2");
     QTest::newRow("failed check") << offer << QByteArray(naming).replace(R"("0")", R"("1")")
@@ -671,6 +673,7 @@ void TestNvUpgradeHelper::checkTakesUpdateInfoOver()
 void TestNvUpgradeHelper::offersDescriptionIsReadWhole()
 {
     m_feed->writeSmallUpgrade(version);
+    m_feed->writeDataFile(QStringLiteral("Back_UpdateInfo.json.~tmp"), "left by a crash");
     checked();
     QCOMPARE(updateInfoFile(), Sandbox::readFile((*m_feed)->updateInfoFile()));
     QCOMPARE(updateInfo(),
@@ -692,6 +695,15 @@ void TestNvUpgradeHelper::fullDiskKeepsUpdateInfo()
     QVERIFY(checked().needupgrade);
     QCOMPARE(updateInfoFile(), description("7.9"));
     QCOMPARE(updateInfo(), describedAs("7.9"));
+}
+
+void TestNvUpgradeHelper::folderInPlaceOfUpdateInfoLeavesNoCopyBehind()
+{
+    m_feed->writeSmallUpgrade(version);
+    QVERIFY(QDir().mkpath(NvUpgradeHelper::updateInfoFile()));
+    QVERIFY(checked().needupgrade);
+    QCOMPARE(QFileInfo(NvUpgradeHelper::updateInfoFile()).dir().entryList(QDir::Files),
+             QStringList());
 }
 
 void TestNvUpgradeHelper::missingUpdateInfoFileLeavesUpdateInfoUnchanged()
