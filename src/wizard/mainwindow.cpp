@@ -59,7 +59,7 @@ MainWindow::MainWindow(QWidget *parent)
             &MainWindow::uninstallFinished);
     connect(m_uninstallProcess, &QProcess::errorOccurred, this, &MainWindow::uninstallError);
 
-    // Nobody wants to know what they say. Kept, it would grow for as long as they talk.
+    // Discard their output; QProcess would buffer it without limit.
     for (QProcess *process : {m_installProcess, m_uninstallProcess}) {
         connect(process, &QProcess::readyReadStandardOutput, process,
                 [process] { process->readAllStandardOutput(); });
@@ -78,8 +78,8 @@ MainWindow::MainWindow(QWidget *parent)
 
 MainWindow::~MainWindow()
 {
-    // A process that still runs is ended by its own destruction, among the window's children, when
-    // the pages that its last signals would move are gone.
+    // ~QProcess() kills a process that still runs, and emits signals. It runs in ~QWidget(), when
+    // the pages that the slots would touch are gone.
     m_installProcess->disconnect(this);
     m_uninstallProcess->disconnect(this);
 }
@@ -164,7 +164,6 @@ void MainWindow::showMessage(const QString &text)
 
 void MainWindow::waitOverDimmedWindow(QEventLoop &loop)
 {
-    m_overlay->raise();
     m_overlay->show();
     loop.exec();
     m_overlay->hide();

@@ -67,6 +67,8 @@ void MainWindow::sendUpgradeCheck()
 
 void MainWindow::checkFinished(const checkOutParam &result)
 {
+    if (!isVisible())
+        return; // closed since the helper sent this; the program is ending
     if (result.errcode != 0) {
         showMessage(tr("Failed to check update!"));
         setEnabled(true);
@@ -98,8 +100,10 @@ void MainWindow::downloadProgressed(int percent)
 
 void MainWindow::downloadFinished(bool success)
 {
-    if (wizardPages->currentWidget() != upgradePage)
-        return; // the user left; the download went on without anybody waiting for it
+    // A result of a download that the user has left, or that was sent before the window closed:
+    // the installer would start, and be killed when the window is destroyed.
+    if (wizardPages->currentWidget() != upgradePage || !isVisible())
+        return;
     if (!success) {
         failUpgrade(tr("Failed to download the update."));
         return;

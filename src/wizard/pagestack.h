@@ -2,8 +2,8 @@
 
 #include <QtWidgets/QStackedWidget>
 
-/// The stack of pages, under a name that the form compiler does not know for a stack: it would make
-/// each page without a parent, and all that is in the page would take on its style twice.
+/// The stack of pages. For a QStackedWidget the form compiler makes the pages without a parent, and
+/// the style sheet is applied to everything in them a second time when they are added.
 class PageStack : public QStackedWidget
 {
 public:

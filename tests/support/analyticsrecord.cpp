@@ -23,6 +23,14 @@ bool Event::operator==(const Event &other) const
     return category == other.category && action == other.action && properties == other.properties;
 }
 
+QString Event::text() const
+{
+    QString text = category + QLatin1Char('/') + action;
+    for (auto property = properties.begin(); property != properties.end(); ++property)
+        text += QLatin1Char(' ') + property.key() + QLatin1Char('=') + property->toString();
+    return text;
+}
+
 QList<QJsonObject> calls()
 {
     QList<QJsonObject> calls;
@@ -56,6 +64,15 @@ QStringList actions()
     return actions;
 }
 
+QStringList texts()
+{
+    QStringList texts;
+    const QList<Event> all = events();
+    for (const Event &event : all)
+        texts += event.text();
+    return texts;
+}
+
 void restart()
 {
     Analytics::stopAnalytics();
@@ -67,7 +84,5 @@ void restart()
 
 char *toString(const AnalyticsRecord::Event &event)
 {
-    return QTest::toString(
-        event.category + QLatin1Char('/') + event.action + QLatin1Char(' ') +
-        QString::fromUtf8(QJsonDocument(event.properties).toJson(QJsonDocument::Compact)));
+    return QTest::toString(event.text());
 }

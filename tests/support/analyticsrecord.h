@@ -4,7 +4,7 @@
 #include <QtCore/QList>
 #include <QtCore/QString>
 
-/// What the recording analytics library was told, read back from its file.
+/// The calls that the analytics library's stand-in received, read from its file.
 namespace AnalyticsRecord {
 
 struct Event
@@ -14,6 +14,9 @@ struct Event
     QJsonObject properties;
 
     bool operator==(const Event &other) const;
+
+    /// "category/action key=value key=value", the keys in order.
+    QString text() const;
 };
 
 /// Every call, in order, as recorded.
@@ -25,7 +28,10 @@ QList<Event> events();
 /// The actions of events(), for a look at their order.
 QStringList actions();
 
-/// Forgets what was recorded and opens a new session.
+/// Event::text() of events().
+QStringList texts();
+
+/// Removes the record and opens a new session.
 void restart();
 
 } // namespace AnalyticsRecord

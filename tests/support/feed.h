@@ -6,8 +6,8 @@
 #include <QtCore/QJsonObject>
 #include <QtCore/QList>
 
-/// An empty feed of the upgrade library's stand-in in a sandbox of its own, seen by this process
-/// until the object is destroyed.
+/// An empty feed of the upgrade library's stand-in, in its own sandbox; this process uses it until
+/// the object is destroyed.
 class Feed
 {
 public:

@@ -4,9 +4,9 @@
 
 class SampleInstallation;
 
-/// Gives the process the language of an installation, as the program's start does, for as long as
-/// it lives: the installer's three-letter code stands in the product's ini file, the catalogue is
-/// installed. The configuration document is read once in a process: one language for each.
+/// For as long as it lives, the process has the language of an installation as after the program's
+/// start: the installer's three-letter code is in the product's ini file, and the catalogue is
+/// installed. A process reads the configuration document once, so it can have only one language.
 class InterfaceLanguage
 {
 public:

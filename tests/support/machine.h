@@ -4,7 +4,7 @@
 #include <QtCore/QString>
 #include <QtCore/QtGlobal>
 
-/// Accidents that each system has in its own way.
+/// Faults that are injected differently on each system, and differences that tests must know.
 namespace Machine {
 
 /// Makes a program one that the system refuses to start.
@@ -28,17 +28,17 @@ bool giveToAnotherUser(const QString &fileName);
 /// Whether a file is a program that the system may hold on to after its process was killed.
 bool keepsKilledProgram(const QString &fileName);
 
-/// Whether a process that is asked for starts only when events are handled again.
+/// Whether QProcess::start() returns before the process has started.
 bool startsProcessesLater();
 
-/// Whether the other end has left a connection and the system has failed to tell.
+/// Whether the peer has closed a connection of which the system sends no notification.
 bool isLeft(qintptr socketDescriptor);
 
 /// Makes the zone that TZ would name this process's, or a null one the system's again. Returns
 /// false where that is not possible.
 bool setTimeZone(const QByteArray &zone);
 
-/// How long a connection must rest before its reset, for the other end to hear of it.
+/// How long after its last data a connection may be reset without losing the reset.
 int resetPauseMs();
 
 } // namespace Machine

@@ -5,7 +5,7 @@
 #include <QtCore/QProcess>
 #include <algorithm>
 
-// What tests ask of the main window that it does not tell by itself.
+// Parts of the main window that its interface does not show.
 
 /// The layer that dims the window while a dialog is open.
 inline QWidget *overlay(const MainWindow &window)

@@ -40,7 +40,7 @@ Sandbox::~Sandbox()
             qputenv(name.constData(), variable.value());
     }
 
-    // What has just ended may hold its files for a moment longer.
+    // A process that has just ended may keep its files open for a moment.
     m_folder.setAutoRemove(false);
     const QDeadlineTimer deadline(10000);
     while (!QDir(m_folder.path()).removeRecursively()) {
@@ -52,7 +52,8 @@ Sandbox::~Sandbox()
     }
 }
 
-// What is left was left open by the tested code or by the test, but for what the system keeps.
+// A file that cannot be removed is still open, in the tested code or in the test; some systems also
+// keep the program of a killed process open.
 void Sandbox::reportLeftFiles() const
 {
     QStringList left;

@@ -6,7 +6,7 @@ namespace {
 
 QtMessageHandler qtTestHandler = nullptr;
 
-void dropPlatformExcuses(QtMsgType type, const QMessageLogContext &context, const QString &text)
+void dropPlatformWarnings(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     if (!text.startsWith(QLatin1String("This plugin does not support ")))
         qtTestHandler(type, context, text);
@@ -16,5 +16,5 @@ void dropPlatformExcuses(QtMsgType type, const QMessageLogContext &context, cons
 
 void TestCase::initTestCase()
 {
-    qtTestHandler = qInstallMessageHandler(dropPlatformExcuses);
+    qtTestHandler = qInstallMessageHandler(dropPlatformWarnings);
 }

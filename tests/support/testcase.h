@@ -2,8 +2,8 @@
 
 #include <QtCore/QObject>
 
-/// Base of every test class. It drops the warnings with which the offscreen platform excuses its
-/// own limits; every other unexpected warning fails the test.
+/// Base of every test class. It drops the offscreen platform's warnings about what it lacks; any
+/// other unexpected warning fails the test.
 class TestCase : public QObject
 {
     Q_OBJECT

@@ -2,7 +2,7 @@
 
 #include <QtCore/QString>
 
-/// Lets a test say where the maker's hosts are; until it does, they are nowhere.
+/// Sets the maker's hosts for a test; the initial names do not resolve.
 namespace TestEndpoints {
 
 void setConfiguration(const QString &endpoint);

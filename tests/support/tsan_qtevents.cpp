@@ -1,10 +1,9 @@
-// Linked into a test under ThreadSanitizer only. The distribution's Qt is not instrumented, so that
-// the sanitizer cannot see how Qt orders the work of threads: what a thread did before it emitted a
-// signal, and the copies then made of the arguments, come before the delivery of the queued call,
-// and all that a thread did comes before the end of a wait() for it. This file tells. It stands in
-// front of the functions of Qt through which that happens, and says nothing about any data:
-// accesses that are ordered by neither an event nor a wait() are still reported. See
-// docs/threads.md.
+// Linked into tests under ThreadSanitizer only. The distribution's Qt is not instrumented, so the
+// sanitizer cannot see two orders that Qt guarantees: what a thread does before it emits a signal,
+// and the copies made of the arguments, happen before the queued call is delivered; and everything
+// that a thread does happens before wait() for it returns. This file wraps the Qt functions
+// involved and tells the sanitizer of these two orders only: accesses that are ordered by neither
+// an event nor a wait() are still reported. See docs/threads.md.
 
 #include <QtCore/QByteArray>
 #include <QtCore/QDeadlineTimer>
@@ -36,12 +35,12 @@ Function original(const char *symbol)
 bool beforeDelivery(void **)
 {
     __tsan_acquire(&eventQueues);
-    return false; // the event takes its course
+    return false; // deliver the event
 }
 
 const bool watching = QInternal::registerCallback(QInternal::EventNotifyCallback, beforeDelivery);
 
-// How to copy a type is a bare function pointer, so that each type needs a function of its own.
+// A copy constructor is passed as a plain function pointer, so each type needs its own function.
 constexpr std::size_t mostTypes = 64;
 std::array<QMetaType::Constructor, mostTypes> constructors;
 std::mutex constructorsMutex;
@@ -95,8 +94,7 @@ void QThread::start(Priority priority)
 {
     using Start = void (*)(QThread *, Priority);
     static const auto start = original<Start>("_ZN7QThread5startENS_8PriorityE");
-    // Without a context object the function runs in the thread that ends, before anybody's wait()
-    // returns.
+    // Without a context object the function runs in the ending thread, before wait() returns.
     connect(this, &QThread::finished, [] { __tsan_release(&endedThreads); });
     start(this, priority);
 }

@@ -1,75 +1,26 @@
-#include "tests/support/analyticsrecord.h"
+#include "tests/component/wizard/wizardtest.h"
 #include "tests/support/linkcatcher.h"
 #include "tests/support/lookapplied.h"
-#include "tests/support/mainwindowstate.h"
-#include "tests/support/sandbox.h"
-#include "tests/support/testcase.h"
 #include "tests/support/testendpoints.h"
-#include "ui/confirmwindow.h"
-#include "wizard/mainwindow.h"
 
-#include <QtCore/QTimer>
 #include <QtGui/QWindow>
-#include <QtTest/QTest>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QRadioButton>
 
-class TestMainWindow : public TestCase
+class TestMainWindow : public WizardTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-
     void slotsAreInTheirOrder();
     void opensOnTheFeedbackPage();
     void pagesHaveTheirPlaces();
-    void dimmingLayerCoversTheWindowWhileADialogIsOpen();
-    void closeFromTheWindowSystemIsAcceptedBeforeARun();
-    void closeIsRefusedWhileAnInstallerRuns();
-    void configuredLinkCarriesTheProductId();
-    void emptyLinkLeadsToTheRedirectHost();
-    void linkWithoutPlaceForTheIdIsOpenedAsItStands();
-    void escapeThatBeginsAsThePlaceForTheIdIsTakenForIt();
+    void overlayCoversTheWindowWhileADialogIsOpen();
+    void closeIsRefusedOnlyByADisabledAction();
+    void offerOpensItsLink_data();
+    void offerOpensItsLink();
     void captionIsTheTopStripOutsideButtons();
     void pageTakesTheKeyboard();
-
-private:
-    QRadioButton *reason(const MainWindow &window, const char *title) const;
-
-    std::unique_ptr<Sandbox> m_sandbox;
 };
-
-namespace {
-
-// Reasons of the built-in document: one whose offer has a link, one whose link is empty.
-const char couponTitle[] = "The full version costs too much for me";
-const char emptyLinkTitle[] = "I found it too hard to learn";
-
-} // namespace
-
-void TestMainWindow::init()
-{
-    m_sandbox = std::make_unique<Sandbox>();
-    AnalyticsRecord::restart();
-    TestEndpoints::setRedirect(QStringLiteral("http://redirect.test.example:8080"));
-}
-
-void TestMainWindow::cleanup()
-{
-    m_sandbox.reset();
-}
-
-QRadioButton *TestMainWindow::reason(const MainWindow &window, const char *title) const
-{
-    const QList<QRadioButton *> reasons = window.optionPage->findChildren<QRadioButton *>();
-    for (QRadioButton *reason : reasons) {
-        if (reason->accessibleName() == QLatin1String(title))
-            return reason;
-    }
-    return nullptr;
-}
 
 void TestMainWindow::slotsAreInTheirOrder()
 {
@@ -88,152 +39,118 @@ void TestMainWindow::slotsAreInTheirOrder()
 
 void TestMainWindow::opensOnTheFeedbackPage()
 {
-    const MainWindow window(nullptr);
-    QCOMPARE(window.size(), QSize(720, 480));
-    QCOMPARE(window.windowTitle(), QStringLiteral("Norvane Clipwright Uninstaller"));
-    QCOMPARE(window.windowFlags(), Qt::Window | Qt::FramelessWindowHint);
-    QCOMPARE(window.wizardPages->currentWidget(), window.optionPage);
-    const AnalyticsRecord::Event popUp{
-        QStringLiteral("DoUninstall"),
-        QStringLiteral("UninstallPopUp"),
-        {{QLatin1String("source"), QLatin1String("uninstall_action")}}};
-    QCOMPARE(AnalyticsRecord::events(), {popUp});
+    QCOMPARE(window().size(), QSize(720, 480));
+    QCOMPARE(window().windowTitle(), "Norvane Clipwright Uninstaller"_s);
+    QCOMPARE(window().windowFlags(), Qt::Window | Qt::FramelessWindowHint);
+    QCOMPARE(page(), window().optionPage);
+    QCOMPARE(AnalyticsRecord::texts(),
+             QStringList("DoUninstall/UninstallPopUp source=uninstall_action"_s));
 }
 
 void TestMainWindow::pagesHaveTheirPlaces()
 {
-    MainWindow window(nullptr);
-    QCOMPARE(window.wizardPages->count(), 4);
-    QCOMPARE(window.wizardPages->indexOf(window.optionPage), 0);
-    QCOMPARE(window.wizardPages->indexOf(window.upgradePage), 1);
-    QCOMPARE(window.wizardPages->indexOf(window.uninstallPage), 2);
-    QCOMPARE(window.wizardPages->indexOf(window.productPage), 3);
-
     const LookApplied look;
-    window.show();
-    for (int page = 0; page < 4; ++page) {
-        window.wizardPages->setCurrentIndex(page);
+    const QWidget *const pages[] = {window().optionPage, window().upgradePage,
+                                    window().uninstallPage, window().productPage};
+    QCOMPARE(window().wizardPages->count(), 4);
+    for (int i = 0; i < 4; ++i) {
+        QCOMPARE(window().wizardPages->widget(i), pages[i]);
+        window().wizardPages->setCurrentIndex(i);
         QCoreApplication::processEvents();
-        QCOMPARE(window.size(), QSize(720, 480)); // no page is too large for it
+        QCOMPARE(window().size(), QSize(720, 480)); // no page is too large for it
     }
 }
 
-void TestMainWindow::dimmingLayerCoversTheWindowWhileADialogIsOpen()
+void TestMainWindow::overlayCoversTheWindowWhileADialogIsOpen()
 {
     const LookApplied look;
-    MainWindow window(nullptr);
-    window.move(40, 30);
-    window.show();
-    QWidget *layer = overlay(window);
-    QVERIFY(layer);
+    window().move(40, 30);
+    const QWidget *layer = overlay(window());
     QVERIFY(layer->isHidden());
-    QCOMPARE(layer->styleSheet(),
-             QStringLiteral("background-color: rgba(0, 0, 0, 127);\nborder-radius: 12px;"));
-    reason(window, "Other")->setChecked(true);
+    QCOMPARE(layer->styleSheet(), "background-color: rgba(0, 0, 0, 127);\nborder-radius: 12px;"_s);
 
-    bool isCovered = false;
-    QPoint centre;
-    bool isModal = false;
-    QTimer::singleShot(0, &window, [&] {
-        auto *dialog = window.findChild<ConfirmWindow *>();
-        isCovered = layer->isVisible() && layer->geometry() == window.rect();
-        centre = dialog->geometry().center();
-        isModal = dialog->isModal();
-        Q_EMIT dialog->closed(0);
+    bool wasAsked = false;
+    answerQuestion([&](ConfirmWindow &dialog) {
+        QVERIFY(layer->isVisible());
+        QCOMPARE(layer->geometry(), window().rect());
+        QCOMPARE(window().childAt(10, 10), layer); // above the pages
+        QCOMPARE(dialog.geometry().center(), window().geometry().center());
+        QVERIFY(dialog.isModal());
+        wasAsked = true;
+        Q_EMIT dialog.closed(0);
     });
-    window.optionPage->btnContinue->click();
-    QVERIFY(isCovered);
-    QCOMPARE(centre, window.geometry().center());
-    QVERIFY(isModal);
+    QVERIFY(wasAsked);
     QVERIFY(layer->isHidden());
-    QVERIFY(!window.findChild<ConfirmWindow *>());
+    QVERIFY(!window().findChild<ConfirmWindow *>());
 }
 
-void TestMainWindow::closeFromTheWindowSystemIsAcceptedBeforeARun()
+void TestMainWindow::closeIsRefusedOnlyByADisabledAction()
 {
-    MainWindow window(nullptr);
-    window.show();
-    window.windowHandle()->close();
-    QVERIFY(!window.isVisible());
+    window().upgradePage->btnCancel->setEnabled(false); // as while an installer runs
+    closeFromTheWindowSystem();
+    QVERIFY(window().isVisible());
+    window().close(); // the program's own request is always granted
+    QVERIFY(!window().isVisible());
+
+    window().upgradePage->btnCancel->setEnabled(true);
+    window().show();
+    closeFromTheWindowSystem();
+    QVERIFY(!window().isVisible());
 }
 
-void TestMainWindow::closeIsRefusedWhileAnInstallerRuns()
+void TestMainWindow::offerOpensItsLink_data()
 {
-    MainWindow window(nullptr);
-    window.show();
-    window.upgradePage->btnCancel->setEnabled(false);
-    window.windowHandle()->close();
-    QVERIFY(window.isVisible());
-    window.close(); // the program's own request is always granted
-    QVERIFY(!window.isVisible());
+    QTest::addColumn<QString>("reason");
+    QTest::addColumn<QString>("changedTo"); // the offer's link, unless null
+    QTest::addColumn<QString>("opened");
+
+    const auto coupon = "The full version costs too much for me"_s;
+    QTest::newRow("with the product id")
+        << coupon << QString()
+        << "https://www.norvane.example/clipwright/offer?pid=8461&m=uninstall"_s;
+    QTest::newRow("empty, to the redirect host")
+        << "I found it too hard to learn"_s << QString()
+        << "http://redirect.test.example:8080/go.php?pid=8461&m=c23"_s;
+    QTest::newRow("without a place for the id") << coupon << "https://a.example/b%20c"_s
+                                                << "https://a.example/b%20c"_s;
+    QTest::newRow("with an escape that begins like that place")
+        << coupon << "https://a.example/b%1Fc"_s
+        << "https://a.example/b8461Fc"_s;
 }
 
-void TestMainWindow::configuredLinkCarriesTheProductId()
+void TestMainWindow::offerOpensItsLink()
 {
+    QFETCH(QString, reason);
+    QFETCH(QString, changedTo);
+    QFETCH(QString, opened);
+    TestEndpoints::setRedirect("http://redirect.test.example:8080"_s);
     const LinkCatcher links;
-    MainWindow window(nullptr);
-    window.show();
-    reason(window, couponTitle)->setChecked(true);
-    window.optionPage->btnNext->click();
-    QCOMPARE(links.links(),
-             {QUrl(QStringLiteral(
-                 "https://www.norvane.example/clipwright/offer?pid=8461&m=uninstall"))});
-    QCOMPARE(window.wizardPages->currentWidget(), window.optionPage);
-    QVERIFY(window.isEnabled());
-    QCOMPARE(AnalyticsRecord::actions().last(), QStringLiteral("RetainClick"));
-}
-
-void TestMainWindow::emptyLinkLeadsToTheRedirectHost()
-{
-    const LinkCatcher links;
-    MainWindow window(nullptr);
-    window.show();
-    reason(window, emptyLinkTitle)->setChecked(true);
-    window.optionPage->btnNext->click();
-    QCOMPARE(links.links(),
-             {QUrl(QStringLiteral("http://redirect.test.example:8080/go.php?pid=8461&m=c23"))});
-}
-
-void TestMainWindow::linkWithoutPlaceForTheIdIsOpenedAsItStands()
-{
-    const LinkCatcher links;
-    MainWindow window(nullptr);
-    window.show();
-    reason(window, couponTitle)->setChecked(true);
-    window.optionPage->btnNext->setProperty("url", QStringLiteral("https://a.example/b%20c"));
-    window.optionPage->btnNext->click();
-    QCOMPARE(links.links(), {QUrl(QStringLiteral("https://a.example/b%20c"))});
-}
-
-void TestMainWindow::escapeThatBeginsAsThePlaceForTheIdIsTakenForIt()
-{
-    const LinkCatcher links;
-    MainWindow window(nullptr);
-    window.show();
-    reason(window, couponTitle)->setChecked(true);
-    window.optionPage->btnNext->setProperty("url", QStringLiteral("https://a.example/b%1Fc"));
-    window.optionPage->btnNext->click();
-    QCOMPARE(links.links(), {QUrl(QStringLiteral("https://a.example/b8461Fc"))});
+    chooseReason(reason);
+    if (!changedTo.isNull())
+        window().optionPage->btnNext->setProperty("url", changedTo);
+    window().optionPage->btnNext->click();
+    QCOMPARE(links.links(), {QUrl(opened)});
+    QCOMPARE(page(), window().optionPage);
+    QVERIFY(window().isEnabled());
+    QCOMPARE(AnalyticsRecord::actions().last(), "RetainClick"_s);
 }
 
 void TestMainWindow::captionIsTheTopStripOutsideButtons()
 {
     const LookApplied look;
-    MainWindow window(nullptr);
-    window.show();
-    const auto isCaption = [&window](int x, int y) {
-        return window.isCaption(window.mapToGlobal(QPoint(x, y)));
+    const auto isCaption = [this](int x, int y) {
+        return window().isCaption(window().mapToGlobal(QPoint(x, y)));
     };
     QVERIFY(isCaption(10, 0));
     QVERIFY(isCaption(360, 36));
     QVERIFY(!isCaption(360, 37));
     QVERIFY(!isCaption(360, 300));
-    QVERIFY(!window.isCaption(window.mapToGlobal(QPoint(10, -5)))); // nobody's
+    QVERIFY(!isCaption(10, -5)); // outside the window
 
-    window.wizardPages->setCurrentWidget(window.productPage);
+    window().wizardPages->setCurrentWidget(window().productPage);
     QCoreApplication::processEvents();
-    const QPushButton *close = window.productPage->btnClose;
-    const QPoint onButton = close->mapTo(&window, close->rect().center());
+    const QPushButton *close = window().productPage->btnClose;
+    const QPoint onButton = close->mapTo(&window(), close->rect().center());
     QVERIFY(onButton.y() < 37);
     QVERIFY(!isCaption(onButton.x(), onButton.y()));
     QVERIFY(isCaption(onButton.x() - 60, onButton.y()));
@@ -241,24 +158,22 @@ void TestMainWindow::captionIsTheTopStripOutsideButtons()
 
 void TestMainWindow::pageTakesTheKeyboard()
 {
-    MainWindow window(nullptr);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    QVERIFY(window.optionPage->hasFocus());
-    QTest::keyClick(&window, Qt::Key_Tab);
+    QVERIFY(QTest::qWaitForWindowActive(&window()));
+    QVERIFY(window().optionPage->hasFocus());
+    QTest::keyClick(&window(), Qt::Key_Tab);
     QVERIFY(qobject_cast<QRadioButton *>(QApplication::focusWidget()));
 
     // From the chosen reason through its text box to the buttons and around.
-    reason(window, "Other")->setChecked(true);
-    QVERIFY(window.optionPage->textEdit->hasFocus());
-    QTest::keyClick(window.optionPage->textEdit, Qt::Key_Tab);
-    QVERIFY(window.optionPage->btnContinue->hasFocus());
-    QTest::keyClick(&window, Qt::Key_Tab);
-    QVERIFY(window.optionPage->btnCancel->hasFocus());
-    QTest::keyClick(&window, Qt::Key_Tab);
+    chooseReason("Other"_s);
+    QVERIFY(window().optionPage->textEdit->hasFocus());
+    QTest::keyClick(window().optionPage->textEdit, Qt::Key_Tab);
+    QVERIFY(window().optionPage->btnContinue->hasFocus());
+    QTest::keyClick(&window(), Qt::Key_Tab);
+    QVERIFY(window().optionPage->btnCancel->hasFocus());
+    QTest::keyClick(&window(), Qt::Key_Tab);
     QVERIFY(qobject_cast<QRadioButton *>(QApplication::focusWidget()));
-    window.wizardPages->setCurrentWidget(window.uninstallPage);
-    QVERIFY(window.uninstallPage->hasFocus());
+    window().wizardPages->setCurrentWidget(window().uninstallPage);
+    QVERIFY(window().uninstallPage->hasFocus());
 }
 
 QTEST_MAIN(TestMainWindow)

@@ -1,105 +1,101 @@
-#include "tests/support/analyticsrecord.h"
-#include "tests/support/feed.h"
+#include "tests/component/wizard/wizardtest.h"
 #include "tests/support/machine.h"
-#include "tests/support/mainwindowstate.h"
-#include "tests/support/patience.h"
-#include "tests/support/testcase.h"
-#include "ui/confirmwindow.h"
-#include "ui/messagewindow.h"
 #include "upgrade/nvupgradehelper.h"
-#include "wizard/mainwindow.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QJsonDocument>
-#include <QtCore/QPointer>
-#include <QtCore/QRegularExpression>
-#include <QtCore/QTimer>
 #include <QtCore/QUuid>
 #include <QtGui/QWindow>
-#include <QtTest/QTest>
-#include <QtWidgets/QApplication>
-#include <QtWidgets/QRadioButton>
-#include <functional>
+
+#include <atomic>
 #include <nvupgrade.h>
-#include <optional>
+
+class TestUpdateRun : public WizardTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    // Check
+    void everyCheckHasAnIdOfItsOwn();
+    void windowIsDisabledDuringTheCheck();
+    void windowMayBeClosedWhileTheCheckIsStuck();
+    void checkWithoutUpgradeStaysOnTheFeedbackPage_data();
+    void checkWithoutUpgradeStaysOnTheFeedbackPage();
+    void quitUnderAMessageEndsQuietly();
+
+    // Download
+    void requestsReachTheLibrary_data();
+    void requestsReachTheLibrary();
+    void barFollowsTheReportsUntilTheInstallerHasFinished();
+    void barIsFullOnlyWhenTheInstallerHasFinished_data();
+    void barIsFullOnlyWhenTheInstallerHasFinished();
+    void resultAfterCancelIsIgnored_data();
+    void resultAfterCancelIsIgnored();
+    void offerDuringADownloadShowsItWithoutAnotherCheck();
+    void downloadFailingUnderAConfirmationIsIgnored_data();
+    void downloadFailingUnderAConfirmationIsIgnored();
+    void downloadFailingUnderAMessageIsIgnored();
+    void closedWindowStartsNothing_data();
+    void closedWindowStartsNothing();
+
+    // Installer
+    void installerReceivesItsArguments_data();
+    void installerReceivesItsArguments();
+    void downloadAnswerThatIsNoJsonIsFollowedByTheInstaller();
+    void completedLookComesHalfASecondAfterTheInstaller();
+    void failureReturnsToTheFeedbackPage_data();
+    void failureReturnsToTheFeedbackPage();
+    void closeIsRefusedWhileTheInstallerRuns();
+    void hangingInstallerEndsWithTheWindow();
+
+    // Completed
+    void launchEndsTheProgram_data();
+    void launchEndsTheProgram();
+    void closeButtonQuits();
+    void eventsOfTheWholeStoryComeInOrder();
+
+private:
+    /// Takes the offer and waits for the good end of the installer, or for the look that follows.
+    void installUpgrade() const;
+    void completeUpgrade() const;
+    bool isCompleted() const;
+
+    /// Does something in the moment in which the upgrade page comes for the first time. The
+    /// download has only just been asked for then, however busy the machine is.
+    void onceUpgrading(const std::function<void()> &action) const;
+
+    void launch() const { window().upgradePage->btnCancel->click(); }
+    QString launchRecord() const { return installFile("launched.txt"_s); }
+    QJsonObject request(int call) const;
+    QStringList installerArguments() const
+    {
+        return Sandbox::readLines(installation().installerRecord());
+    }
+};
 
 namespace {
 
-using Orders = SampleInstallation::Orders;
+const auto checkFailed = "Failed to check update!"_s;
+const auto nothingNewer = "You are already the latest version!"_s;
+const auto downloadFailed = "Failed to download the update."_s;
+const auto installFailed = "Install failed."_s;
 
-/// Makes the sandbox or the feed what a data row wants.
-using Preparation = void (*)(const Feed &);
+const QStringList checkAndDownload{"check_upgrade_c"_s, "download_package_c"_s};
 
-const auto version = QStringLiteral("8.0.0.1");
-const auto registeredFolder = QStringLiteral("HKEY_CLASSES_ROOT/NCPFile/path");
-const auto checkFailed = QStringLiteral("Failed to check update!");
-const auto nothingNewer = QStringLiteral("You are already the latest version!");
-const auto downloadFailed = QStringLiteral("Failed to download the update.");
-const auto installFailed = QStringLiteral("Install failed.");
+const auto upgradeCompleted = "DoRetain/UpgradeCompleted"_s;
+const auto launchClicked = "DoRetain/UpgradeSuccess_launchclick"_s;
 
-/// Answers the window's message boxes as a user does, and keeps what they were like.
-class Messages : public QObject
+QString popUp(const char *source)
 {
-public:
-    struct Message
-    {
-        QString text;
-        bool isUsable; ///< enabled, modal and the window's
-        bool isWindowDimmed;
-        bool isWindowEnabled;
-        bool isActionEnabled;
-        QWidget *page;
-        QStringList actions; ///< events so far
-    };
+    return "DoUninstall/UninstallPopUp source="_s + QLatin1String(source);
+}
 
-    explicit Messages(const MainWindow &window)
-        : m_window(window)
-    {
-        qApp->installEventFilter(this);
-    }
-
-    QList<Message> all;
-    /// Runs before OK is pressed.
-    std::function<void(MessageWindow &)> whileOpen = [](MessageWindow &) {};
-
-    QStringList texts() const
-    {
-        QStringList texts;
-        for (const Message &message : all)
-            texts += message.text;
-        return texts;
-    }
-
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        auto *message = qobject_cast<MessageWindow *>(watched);
-        if (message && event->type() == QEvent::Show && !event->spontaneous())
-            QTimer::singleShot(0, message, [this, message] { answer(*message); });
-        return false;
-    }
-
-private:
-    void answer(MessageWindow &message)
-    {
-        const QWidget *layer = overlay(m_window);
-        all += {message.lblMessage->text(),
-                message.isEnabled() && message.isModal() && message.parent() == &m_window &&
-                    message.btnOk->isEnabled(),
-                layer->isVisible() && layer->geometry() == m_window.rect(),
-                m_window.isEnabled(),
-                m_window.upgradePage->btnCancel->isEnabled(),
-                m_window.wizardPages->currentWidget(),
-                AnalyticsRecord::actions()};
-        whileOpen(message);
-        if (message.btnOk->isEnabled())
-            message.btnOk->click();
-        else
-            Q_EMIT message.closed(); // unusable, which is a failure and need not be a hang
-    }
-
-    const MainWindow &m_window;
-};
+QString feedback(const char *action, const char *source)
+{
+    return "DoUninstall/%1 MsgCode=61 Msgdetail= RetainActionName=Upgrade isoption=1 source=%2"_s
+        .arg(QLatin1String(action), QLatin1String(source));
+}
 
 /// What happens to the installer and to the action button from the upgrade page on, in order.
 class Journal : public QObject
@@ -108,17 +104,15 @@ public:
     explicit Journal(const MainWindow &window)
     {
         connect(window.wizardPages, &QStackedWidget::currentChanged, this, [this, &window] {
-            if (window.wizardPages->currentWidget() == window.upgradePage)
-                entries = QStringList(QStringLiteral("upgrade page"));
-            else
-                entries += QStringLiteral("upgrade page left");
+            const bool hasCome = window.wizardPages->currentWidget() == window.upgradePage;
+            entries += hasCome ? "page comes"_s : "page goes"_s;
         });
         connect(installProcess(window), &QProcess::stateChanged, this,
                 [this](QProcess::ProcessState state) {
                     if (state == QProcess::Starting)
-                        entries += QStringLiteral("installer starts");
+                        entries += "installer starts"_s;
                     else if (state == QProcess::NotRunning)
-                        entries += QStringLiteral("installer ended");
+                        entries += "installer ends"_s;
                 });
         window.upgradePage->btnCancel->installEventFilter(this);
     }
@@ -127,266 +121,94 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        if (event->type() == QEvent::EnabledChange) {
-            entries += static_cast<QWidget *>(watched)->isEnabled()
-                           ? QStringLiteral("action enabled")
-                           : QStringLiteral("action disabled");
-        }
+        // The window's own lock, during a check, does not count.
+        const auto *button = static_cast<QWidget *>(watched);
+        const bool isEnabled = button->isEnabledTo(button->window());
+        if (event->type() == QEvent::EnabledChange &&
+            std::exchange(m_isEnabled, isEnabled) != isEnabled)
+            entries += isEnabled ? "button enabled"_s : "button disabled"_s;
         return false;
     }
-};
-
-/// Does something once, in the moment in which the upgrade page comes: the download has only just
-/// been asked for then, however busy the machine is.
-class OnceUpgrading : public QObject
-{
-public:
-    OnceUpgrading(const MainWindow &window, const std::function<void()> &action)
-    {
-        connect(window.wizardPages, &QStackedWidget::currentChanged, this, [this, &window, action] {
-            if (m_isDone || window.wizardPages->currentWidget() != window.upgradePage)
-                return;
-            m_isDone = true;
-            action();
-        });
-    }
-
-    bool isDone() const { return m_isDone; }
 
 private:
-    bool m_isDone = false;
+    bool m_isEnabled = true;
 };
-
-void chooseUpgradeReason(const MainWindow &window)
-{
-    const QList<QRadioButton *> reasons = window.optionPage->findChildren<QRadioButton *>();
-    for (QRadioButton *reason : reasons) {
-        if (reason->accessibleName() == QLatin1String("My version is out of date"))
-            reason->setChecked(true);
-    }
-}
-
-void takeOffer(const MainWindow &window)
-{
-    chooseUpgradeReason(window);
-    window.optionPage->btnNext->click();
-}
-
-bool isCompleted(const MainWindow &window)
-{
-    return window.upgradePage->lblTitle->text() == QLatin1String("Upgrade completed");
-}
-
-void closeFromTheWindowSystem(const MainWindow &window)
-{
-    window.windowHandle()->close();
-}
-
-AnalyticsRecord::Event popUp(const char *source)
-{
-    return {QStringLiteral("DoUninstall"),
-            QStringLiteral("UninstallPopUp"),
-            {{QLatin1String("source"), QLatin1String(source)}}};
-}
-
-AnalyticsRecord::Event feedback(const char *action, const char *source)
-{
-    return {QStringLiteral("DoUninstall"),
-            QString::fromLatin1(action),
-            {{QLatin1String("MsgCode"), QLatin1String("61")},
-             {QLatin1String("Msgdetail"), QString()},
-             {QLatin1String("isoption"), QLatin1String("1")},
-             {QLatin1String("source"), QLatin1String(source)},
-             {QLatin1String("RetainActionName"), QLatin1String("Upgrade")}}};
-}
-
-AnalyticsRecord::Event retain(const char *action)
-{
-    return {QStringLiteral("DoRetain"), QString::fromLatin1(action), {}};
-}
 
 } // namespace
 
-Q_DECLARE_METATYPE(Preparation)
-
-class TestUpdateRun : public TestCase
+void TestUpdateRun::installUpgrade() const
 {
-    Q_OBJECT
-
-private Q_SLOTS:
-    void init();
-    void cleanup();
-
-    // Check
-    void checkRequestReachesTheLibrary();
-    void everyCheckHasAnIdOfItsOwn();
-    void windowIsDisabledFromTheClickToTheResult();
-    void windowMayBeClosedWhileTheCheckIsStuck();
-    void checkWithoutUpgradeStaysOnTheFeedbackPage_data();
-    void checkWithoutUpgradeStaysOnTheFeedbackPage();
-    void windowStaysDisabledUntilTheMessageIsAnswered();
-    void dimmingLayerShowsExactlyWhileTheMessageIsOpen();
-    void neededUpgradeEnablesTheWindowAtOnce();
-    void quitUnderAMessageEndsQuietly();
-
-    // Download
-    void downloadRequestReachesTheLibrary();
-    void numbersCountLikeNumerals();
-    void barIsFullOnlyWhenTheInstallerHasFinished();
-    void barIsNearlyFullAfterADownloadWithoutProgress();
-    void cancelReturnsToTheFeedbackPage();
-    void resultAfterCancelIsIgnored_data();
-    void resultAfterCancelIsIgnored();
-    void offerDuringADownloadShowsItWithoutAnotherCheck();
-    void downloadFailingUnderAConfirmationIsIgnored_data();
-    void downloadFailingUnderAConfirmationIsIgnored();
-    void downloadFailingUnderAMessageIsIgnored();
-
-    // Installer
-    void installerReceivesItsArguments_data();
-    void installerReceivesItsArguments();
-    void installPathIsTheDefaultFolderWithoutARegisteredOne();
-    void newVersionIsThatOfTheUpdateDescription();
-    void versionWithSwitchesIsOneArgument();
-    void downloadAnswerThatIsNoJsonIsFollowedByTheInstaller();
-    void installerMayBeWrittenTo();
-    void completedLookComesHalfASecondAfterTheInstaller();
-    void actionIsDisabledExactlyWhileTheInstallerRuns();
-    void failureReturnsToTheFeedbackPage_data();
-    void failureReturnsToTheFeedbackPage();
-    void actionIsEnabledAfterTheFeedbackPageIsShown_data();
-    void actionIsEnabledAfterTheFeedbackPageIsShown();
-    void closeIsRefusedWhileTheInstallerRuns();
-    void closeIsRefusedWhileTheFailureMessageIsOpen();
-    void hangingInstallerEndsWithTheWindow();
-    void failedUpgradeMayBeTriedAgain();
-
-    // Completed
-    void launchStartsTheProductAndEndsTheProgram();
-    void launchWithoutProductEndsQuietly_data();
-    void launchWithoutProductEndsQuietly();
-    void closeButtonQuits();
-    void eventsOfTheWholeStoryComeInOrder();
-
-private:
-    const SampleInstallation *installation() const { return m_feed->sandbox().operator->(); }
-
-    /// Takes the offer and waits for the good end of the installer, or for the look that follows.
-    void installUpgrade(const MainWindow &window) const;
-    void completeUpgrade(const MainWindow &window) const;
-
-    /// Takes the offer and waits until the library is inside a download that lasts until stop().
-    void startEndlessDownload(const MainWindow &window) const;
-
-    QStringList installerArguments() const;
-
-    std::optional<Feed> m_feed;
-};
-
-void TestUpdateRun::init()
-{
-    m_feed.emplace(Sandbox::Content::Installation);
-    m_feed->writeSmallUpgrade(version);
-    QVERIFY(installation()->writeUpdateInstaller({}));
-    AnalyticsRecord::restart();
+    takeOffer();
+    AWAIT_EQUAL(window().upgradePage->progressBar->value(), 100);
 }
 
-void TestUpdateRun::cleanup()
+void TestUpdateRun::completeUpgrade() const
 {
-    ::stop(); // what a failed test left behind would keep the helper for good
-    NvUpgradeHelper::release();
-    m_feed.reset();
+    installUpgrade();
+    AWAIT(isCompleted());
 }
 
-void TestUpdateRun::installUpgrade(const MainWindow &window) const
+bool TestUpdateRun::isCompleted() const
 {
-    takeOffer(window);
-    QTRY_COMPARE_WITH_TIMEOUT(window.upgradePage->progressBar->value(), 100, patienceMs);
+    return window().upgradePage->lblTitle->text() == "Upgrade completed"_s;
 }
 
-void TestUpdateRun::completeUpgrade(const MainWindow &window) const
+void TestUpdateRun::onceUpgrading(const std::function<void()> &action) const
 {
-    installUpgrade(window);
-    QTRY_VERIFY_WITH_TIMEOUT(isCompleted(window), patienceMs);
+    auto connection = std::make_shared<QMetaObject::Connection>();
+    *connection = connect(window().wizardPages, &QStackedWidget::currentChanged, &window(),
+                          [this, action, connection] {
+                              if (page() == window().upgradePage && disconnect(*connection))
+                                  action();
+                          });
 }
 
-void TestUpdateRun::startEndlessDownload(const MainWindow &window) const
+QJsonObject TestUpdateRun::request(int call) const
 {
-    QVERIFY((*m_feed)->writeOrders({{QStringLiteral("never_return"), QStringLiteral("download")}}));
-    takeOffer(window);
-    QTRY_COMPARE_WITH_TIMEOUT(
-        m_feed->callNames(),
-        QStringList({QStringLiteral("check_upgrade_c"), QStringLiteral("download_package_c")}),
-        patienceMs);
-}
-
-QStringList TestUpdateRun::installerArguments() const
-{
-    return Sandbox::readLines(installation()->installerRecord());
-}
-
-void TestUpdateRun::checkRequestReachesTheLibrary()
-{
-    MainWindow window(nullptr);
-    window.show();
-    startEndlessDownload(window);
-    const QByteArray request =
-        m_feed->calls().constFirst().value(QLatin1String("json")).toString().toUtf8();
-    const QByteArray expected(
-        R"({"brand":"Norvane","name":"Norvane Clipwright","nvid":"20260417","pid":"8461",)"
-        R"("platform":"win_x64","version":"7.2.1.4"})"
-        "\n");
-    QCOMPARE(request, expected);
+    const QByteArray json = feed().calls().value(call).value("json"_s).toString().toUtf8();
+    return json.count('\n') == 1 && json.endsWith('\n') ? QJsonDocument::fromJson(json).object()
+                                                        : QJsonObject();
 }
 
 void TestUpdateRun::everyCheckHasAnIdOfItsOwn()
 {
-    QVERIFY((*m_feed)->writeCheckAnswer("{}"));
-    MainWindow window(nullptr);
-    const Messages messages(window);
-    window.show();
+    QVERIFY(feed()->writeCheckAnswer("{}"));
     QStringList ids;
     connect(
-        NvUpgradeHelper::instance(), &NvUpgradeHelper::s_CheckFinish, &window,
+        NvUpgradeHelper::instance(), &NvUpgradeHelper::s_CheckFinish, &window(),
         [&ids](const checkOutParam &result) { ids += QString::fromStdString(result.requestId); });
-    takeOffer(window);
-    QTRY_VERIFY_WITH_TIMEOUT(window.isEnabled(), patienceMs);
-    takeOffer(window);
-    QTRY_VERIFY_WITH_TIMEOUT(window.isEnabled(), patienceMs);
-    QTRY_COMPARE_WITH_TIMEOUT(ids.size(), 2, patienceMs);
-    QVERIFY(!QUuid(ids.at(0)).isNull());
-    QCOMPARE(QUuid(ids.at(0)).toString(), ids.at(0)); // in braces
+    for (int check = 1; check <= 2; ++check) {
+        takeOffer();
+        AWAIT(window().isEnabled());
+        AWAIT_EQUAL(ids.size(), check);
+        QVERIFY(!QUuid(ids.last()).isNull());
+        QCOMPARE(QUuid(ids.last()).toString(), ids.last()); // in braces
+    }
     QVERIFY(ids.at(0) != ids.at(1));
 }
 
-void TestUpdateRun::windowIsDisabledFromTheClickToTheResult()
+void TestUpdateRun::windowIsDisabledDuringTheCheck()
 {
-    QVERIFY((*m_feed)->writeOrders({{QStringLiteral("check_delay"), QStringLiteral("2000")},
-                                    {QStringLiteral("never_return"), QStringLiteral("download")}}));
-    MainWindow window(nullptr);
-    window.show();
-    QVERIFY(window.isEnabled());
-    QElapsedTimer clock;
-    clock.start();
-    takeOffer(window);
-    QVERIFY(!window.isEnabled());
-    QTRY_COMPARE_WITH_TIMEOUT(m_feed->calls().size(), 1, patienceMs);
-    QVERIFY(!window.isEnabled());
-    QCOMPARE(window.wizardPages->currentWidget(), window.optionPage);
-    QTRY_VERIFY_WITH_TIMEOUT(window.isEnabled(), patienceMs);
-    QVERIFY(clock.elapsed() >= 2000);
+    QVERIFY(feed()->writeOrders({{"never_return"_s, "check"_s}}));
+    takeOffer();
+    QVERIFY(!window().isEnabled());
+    AWAIT_EQUAL(feed().calls().size(), 1);
+    QTest::qWait(100);
+    QVERIFY(!window().isEnabled());
+    QVERIFY(!overlay(window())->isVisible());
+    QCOMPARE(page(), window().optionPage);
+    ::stop();
+    AWAIT(window().isEnabled());
+    QCOMPARE(messages().texts(), QStringList(checkFailed));
 }
 
 void TestUpdateRun::windowMayBeClosedWhileTheCheckIsStuck()
 {
-    QVERIFY((*m_feed)->writeOrders({{QStringLiteral("never_return"), QStringLiteral("check")}}));
-    MainWindow window(nullptr);
-    window.show();
-    takeOffer(window);
-    QTRY_COMPARE_WITH_TIMEOUT(m_feed->calls().size(), 1, patienceMs);
-    QVERIFY(!window.isEnabled());
-    closeFromTheWindowSystem(window);
-    QVERIFY(!window.isVisible());
+    QVERIFY(feed()->writeOrders({{"never_return"_s, "check"_s}}));
+    takeOffer();
+    AWAIT_EQUAL(feed().calls().size(), 1);
+    closeFromTheWindowSystem();
+    QVERIFY(!window().isVisible());
 }
 
 void TestUpdateRun::checkWithoutUpgradeStaysOnTheFeedbackPage_data()
@@ -394,197 +216,147 @@ void TestUpdateRun::checkWithoutUpgradeStaysOnTheFeedbackPage_data()
     QTest::addColumn<QByteArray>("answer");
     QTest::addColumn<QString>("text");
 
-    QTest::newRow("error code") << QByteArray(R"({"errcode":"12","errmsg":"no"})") << checkFailed;
-    QTest::newRow("error code as a number") << QByteArray(R"({"errcode":-3})") << checkFailed;
-    QTest::newRow("error code beside an offer")
-        << QByteArray(R"({"errcode":"12","result":{"needupgrade":"1","upgradeVersion":"8"}})")
-        << checkFailed;
-    QTest::newRow("not needed")
-        << QByteArray(R"({"errcode":"0","result":{"needupgrade":"0","upgradeVersion":"8"}})")
-        << nothingNewer;
-    QTest::newRow("not needed, as numbers")
-        << QByteArray(R"({"errcode":0,"result":{"needupgrade":0}})") << nothingNewer;
-    QTest::newRow("no result") << QByteArray(R"({"errcode":"0"})") << nothingNewer;
-    QTest::newRow("no JSON") << QByteArray("service not available") << nothingNewer;
-    QTest::newRow("nothing") << QByteArray() << nothingNewer;
+    const auto row = [](const char *name, const char *answer, const QString &text) {
+        QTest::newRow(name) << QByteArray(answer) << text;
+    };
+    row("error code", R"({"errcode":"12","errmsg":"no"})", checkFailed);
+    row("error code as a number", R"({"errcode":-3})", checkFailed);
+    row("error code beside an offer",
+        R"({"errcode":"12","result":{"needupgrade":"1","upgradeVersion":"8"}})", checkFailed);
+    row("not needed", R"({"errcode":"0","result":{"needupgrade":"0","upgradeVersion":"8"}})",
+        nothingNewer);
+    row("not needed, as numbers", R"({"errcode":0,"result":{"needupgrade":0}})", nothingNewer);
+    row("no result", R"({"errcode":"0"})", nothingNewer);
+    row("no JSON", "service not available", nothingNewer);
+    row("nothing", "", nothingNewer);
 }
 
 void TestUpdateRun::checkWithoutUpgradeStaysOnTheFeedbackPage()
 {
     QFETCH(QByteArray, answer);
     QFETCH(QString, text);
-    QVERIFY((*m_feed)->writeCheckAnswer(answer));
-    MainWindow window(nullptr);
-    const Messages messages(window);
-    window.show();
-    takeOffer(window);
-    QTRY_VERIFY_WITH_TIMEOUT(window.isEnabled(), patienceMs);
-
-    QCOMPARE(messages.texts(), QStringList(text));
-    QVERIFY(messages.all.constFirst().isUsable);
-    QVERIFY(messages.all.constFirst().isWindowDimmed);
-    QVERIFY(!messages.all.constFirst().isWindowEnabled);
-    QCOMPARE(window.wizardPages->currentWidget(), window.optionPage);
-    QVERIFY(!window.findChild<MessageWindow *>());
-    QCOMPARE(m_feed->callNames(), QStringList(QStringLiteral("check_upgrade_c")));
-    const QList<AnalyticsRecord::Event> expected{
-        popUp("uninstall_action"), feedback("PopUp_FeedbackClick", "uninstall_action"),
-        feedback("RetainClick", "uninstall_action")};
-    QCOMPARE(AnalyticsRecord::events(), expected);
-}
-
-void TestUpdateRun::windowStaysDisabledUntilTheMessageIsAnswered()
-{
-    QVERIFY((*m_feed)->writeCheckAnswer("{}"));
-    MainWindow window(nullptr);
-    Messages messages(window);
-    window.show();
-    bool wasDisabled = false;
-    messages.whileOpen = [&](MessageWindow &message) {
-        QTest::qWait(100);
-        wasDisabled = !window.isEnabled() && message.isVisible();
-    };
-    takeOffer(window);
-    QTRY_VERIFY_WITH_TIMEOUT(window.isEnabled(), patienceMs);
-    QVERIFY(wasDisabled);
-    QVERIFY(!window.findChild<MessageWindow *>());
-}
-
-void TestUpdateRun::dimmingLayerShowsExactlyWhileTheMessageIsOpen()
-{
-    QVERIFY((*m_feed)->writeCheckAnswer(R"({"errcode":"1"})"));
-    QVERIFY((*m_feed)->writeOrders({{QStringLiteral("check_delay"), QStringLiteral("2000")}}));
-    MainWindow window(nullptr);
-    Messages messages(window);
-    window.show();
-    const QWidget *layer = overlay(window);
-    QPointer<MessageWindow> box;
-    messages.whileOpen = [&](MessageWindow &message) {
-        box = &message;
-        QVERIFY(layer->isVisible());
-        QTest::qWait(50);
-        QVERIFY(layer->isVisible());
-    };
-    takeOffer(window);
-    QTRY_COMPARE_WITH_TIMEOUT(m_feed->calls().size(), 1, patienceMs);
-    QVERIFY(!layer->isVisible());
-    QTRY_COMPARE_WITH_TIMEOUT(messages.texts(), QStringList(checkFailed), patienceMs);
-    QTRY_VERIFY_WITH_TIMEOUT(!box, patienceMs);
-    QVERIFY(!layer->isVisible());
-}
-
-void TestUpdateRun::neededUpgradeEnablesTheWindowAtOnce()
-{
-    MainWindow window(nullptr);
-    const Messages messages(window);
-    window.show();
-    bool wasReady = false;
-    connect(window.wizardPages, &QStackedWidget::currentChanged, &window, [&] {
-        wasReady = window.isEnabled() && NvUpgradeHelper::instance()->isDownloadRequested() &&
-                   window.upgradePage->label_2->text() == QLatin1String("0%");
-    });
-    startEndlessDownload(window);
-    QTRY_COMPARE_WITH_TIMEOUT(window.wizardPages->currentWidget(), window.upgradePage, patienceMs);
-    QVERIFY(wasReady);
-    QVERIFY(messages.all.isEmpty());
+    QVERIFY(feed()->writeCheckAnswer(answer));
+    takeOffer();
+    AWAIT(window().isEnabled());
+    QCOMPARE(messages().texts(), QStringList(text));
+    QVERIFY(messages().all.constFirst().isUsable);
+    QVERIFY(!messages().all.constFirst().isWindowEnabled);
+    QVERIFY(!overlay(window())->isVisible());
+    QVERIFY(!window().findChild<MessageWindow *>());
+    QCOMPARE(page(), window().optionPage);
+    QCOMPARE(feed().callNames(), checkAndDownload.mid(0, 1));
+    QCOMPARE(
+        AnalyticsRecord::texts(),
+        QStringList({popUp("uninstall_action"), feedback("PopUp_FeedbackClick", "uninstall_action"),
+                     feedback("RetainClick", "uninstall_action")}));
 }
 
 void TestUpdateRun::quitUnderAMessageEndsQuietly()
 {
-    QVERIFY((*m_feed)->writeDownloadAnswer(R"({"errcode":"1"})"));
-    MainWindow window(nullptr);
-    Messages messages(window);
-    window.show();
-    messages.whileOpen = [](MessageWindow &) { QCoreApplication::quit(); };
-    QVERIFY(quitsAfter([&window] { takeOffer(window); }));
-    QCOMPARE(messages.texts(), QStringList(downloadFailed));
-    QVERIFY(!window.findChild<MessageWindow *>());
-    QVERIFY(!overlay(window)->isVisible());
+    QVERIFY(feed()->writeDownloadAnswer(R"({"errcode":"1"})"));
+    messages().whileOpen = [](MessageWindow &) { QCoreApplication::quit(); };
+    QVERIFY(quitsAfter([this] { takeOffer(); }));
+    QCOMPARE(messages().texts(), QStringList(downloadFailed));
+    QVERIFY(!window().findChild<MessageWindow *>());
+    QVERIFY(!overlay(window())->isVisible());
 }
 
-void TestUpdateRun::downloadRequestReachesTheLibrary()
+void TestUpdateRun::requestsReachTheLibrary_data()
 {
-    MainWindow window(nullptr);
-    window.show();
-    installUpgrade(window);
-    QCOMPARE(m_feed->callNames(), QStringList({QStringLiteral("check_upgrade_c"),
-                                               QStringLiteral("download_package_c")}));
-    const QString request = m_feed->calls().at(1).value(QLatin1String("json")).toString();
-    QCOMPARE(request.count(QLatin1Char('\n')), 1);
-    QVERIFY(request.endsWith(QLatin1Char('\n')));
-    const QJsonObject expected{{QLatin1String("pid"), QLatin1String("8461")},
-                               {QLatin1String("version"), version},
-                               {QLatin1String("path"), (*m_feed)->updateInfoFile()}};
-    QCOMPARE(QJsonDocument::fromJson(request.toUtf8()).object(), expected);
+    QTest::addColumn<QByteArray>("checkAnswer"); // with %1 for the update description
+    QTest::addColumn<QByteArray>("downloadAnswer");
+    QTest::addColumn<QString>("version");
+    QTest::addColumn<bool>("hasDescription");
+
+    QTest::newRow("numerals")
+        << QByteArray(R"({"errcode":"0","result":{"needupgrade":"1","upgradeVersion":"8.0.0.1",)"
+                      R"("path":"%1"}})")
+        << QByteArray(R"({"errcode":"0","result":{"downloaded":"1"}})") << "8.0.0.1"_s << true;
+    QTest::newRow("numbers")
+        << QByteArray(R"({"errcode":0,"result":{"needupgrade":1,"upgradeVersion":8.5,"path":""}})")
+        << QByteArray(R"({"errcode":0,"result":{"downloaded":1}})") << "8.5"_s << false;
 }
 
-void TestUpdateRun::numbersCountLikeNumerals()
+void TestUpdateRun::requestsReachTheLibrary()
 {
-    QVERIFY((*m_feed)->writeCheckAnswer(
-        R"({"errcode":0,"result":{"needupgrade":1,"upgradeVersion":8.5,"path":""}})"));
-    QVERIFY((*m_feed)->writeDownloadAnswer(R"({"errcode":0,"result":{"downloaded":1}})"));
-    MainWindow window(nullptr);
-    window.show();
-    installUpgrade(window);
-    const QString request = m_feed->calls().at(1).value(QLatin1String("json")).toString();
-    QCOMPARE(QJsonDocument::fromJson(request.toUtf8()).object().value(QLatin1String("version")),
-             QJsonValue(QLatin1String("8.5")));
+    QFETCH(QByteArray, checkAnswer);
+    QFETCH(QByteArray, downloadAnswer);
+    QFETCH(QString, version);
+    QFETCH(bool, hasDescription);
+    const QString description = feed()->updateInfoFile();
+    QVERIFY(feed()->writeCheckAnswer(checkAnswer.replace("%1", description.toUtf8())));
+    QVERIFY(feed()->writeDownloadAnswer(downloadAnswer));
+    bool isReady = false;
+    onceUpgrading(
+        [&] { isReady = window().isEnabled() && window().upgradePage->label_2->text() == "0%"_s; });
+    installUpgrade();
+    QVERIFY(isReady);
+    QCOMPARE(messages().texts(), QStringList());
+    QCOMPARE(feed().callNames(), checkAndDownload);
+    QCOMPARE(request(0), QJsonObject({{"brand"_s, "Norvane"_s},
+                                      {"name"_s, "Norvane Clipwright"_s},
+                                      {"nvid"_s, "20260417"_s},
+                                      {"pid"_s, "8461"_s},
+                                      {"platform"_s, "win_x64"_s},
+                                      {"version"_s, "7.2.1.4"_s}}));
+    QCOMPARE(request(1), QJsonObject({{"pid"_s, "8461"_s},
+                                      {"version"_s, version},
+                                      {"path"_s, hasDescription ? description : ""_s}}));
+}
+
+void TestUpdateRun::barFollowsTheReportsUntilTheInstallerHasFinished()
+{
+    QProgressBar *bar = window().upgradePage->progressBar;
+    window().upgradePage->showUpgrading();
+    for (const auto &[reported, shown] :
+         {std::pair(0, 0), std::pair(40, 40), std::pair(99, 99), std::pair(60, 60),
+          std::pair(100, 99), std::pair(250, 99), std::pair(98, 98)}) {
+        Q_EMIT NvUpgradeHelper::instance()->s_DownProgress(reported);
+        QCOMPARE(bar->value(), shown);
+    }
+    bar->setValue(100); // as after the installer
+    Q_EMIT NvUpgradeHelper::instance()->s_DownProgress(60);
+    QCOMPARE(bar->value(), 100);
+}
+
+void TestUpdateRun::barIsFullOnlyWhenTheInstallerHasFinished_data()
+{
+    QTest::addColumn<qint64>("packageBytes");
+    QTest::addColumn<QList<int>>("reported");
+    QTest::addColumn<QList<int>>("shown");
+
+    QTest::newRow("four chunks") << qint64(64 * 1024) << QList<int>{0, 25, 50, 75, 100}
+                                 << QList<int>{0, 25, 50, 75, 99, 100};
+    QTest::newRow("no progress") << qint64(0) << QList<int>{0} << QList<int>{0, 99, 100};
 }
 
 void TestUpdateRun::barIsFullOnlyWhenTheInstallerHasFinished()
 {
-    QVERIFY((*m_feed)->writeOrders({{QStringLiteral("chunk"), QStringLiteral("16384")}}));
-    QVERIFY(
-        installation()->writeUpdateInstaller({{QStringLiteral("delay"), QStringLiteral("300")}}));
-    MainWindow window(nullptr);
-    window.show();
-    QList<int> reported;
-    connect(NvUpgradeHelper::instance(), &NvUpgradeHelper::s_DownProgress, &window,
-            [&reported](int percent) { reported += percent; });
-    QList<int> shown;
-    QStringList texts;
-    bool wasInstallerRunning = true;
-    int shownAtItsStart = -1;
-    connect(installProcess(window), &QProcess::started, &window,
-            [&] { shownAtItsStart = window.upgradePage->progressBar->value(); });
-    connect(window.upgradePage->progressBar, &QProgressBar::valueChanged, &window, [&](int value) {
-        shown += value;
-        texts += window.upgradePage->label_2->text();
-        wasInstallerRunning = installProcess(window)->state() != QProcess::NotRunning;
+    QFETCH(qint64, packageBytes);
+    QFETCH(QList<int>, reported);
+    QFETCH(QList<int>, shown);
+    QVERIFY(feed()->writePackage(packageBytes));
+    QVERIFY(feed()->writeOrders({{"chunk"_s, "16384"_s}}));
+    QVERIFY(installation().writeUpdateInstaller({{"delay"_s, "300"_s}}));
+    const QProgressBar *bar = window().upgradePage->progressBar;
+    const QProcess *installer = installProcess(window());
+    QList<int> reportedSoFar;
+    QList<int> shownSoFar;
+    int shownAtTheStart = -1;
+    QProcess::ProcessState stateThen = QProcess::Running; // with the last value
+    connect(NvUpgradeHelper::instance(), &NvUpgradeHelper::s_DownProgress, &window(),
+            [&](int percent) { reportedSoFar += percent; });
+    connect(installer, &QProcess::started, &window(), [&] { shownAtTheStart = bar->value(); });
+    connect(bar, &QProgressBar::valueChanged, &window(), [&](int value) {
+        shownSoFar += value;
+        stateThen = installer->state();
     });
-    completeUpgrade(window);
-    QCOMPARE(shownAtItsStart, 99);
-    QCOMPARE(reported, QList<int>({0, 25, 50, 75, 100}));
-    QCOMPARE(shown, QList<int>({0, 25, 50, 75, 99, 100}));
-    QCOMPARE(texts.constLast(), QStringLiteral("100%"));
-    QVERIFY(!wasInstallerRunning); // at 100
-}
-
-void TestUpdateRun::barIsNearlyFullAfterADownloadWithoutProgress()
-{
-    QVERIFY((*m_feed)->writePackage(0));
-    MainWindow window(nullptr);
-    window.show();
-    QList<int> shown;
-    connect(window.upgradePage->progressBar, &QProgressBar::valueChanged, &window,
-            [&shown](int value) { shown += value; });
-    installUpgrade(window);
-    QCOMPARE(shown, QList<int>({0, 99, 100}));
-}
-
-void TestUpdateRun::cancelReturnsToTheFeedbackPage()
-{
-    MainWindow window(nullptr);
-    const Messages messages(window);
-    window.show();
-    startEndlessDownload(window);
-    window.upgradePage->btnCancel->click();
-    QCOMPARE(window.wizardPages->currentWidget(), window.optionPage);
-    QVERIFY(window.isVisible());
-    QVERIFY(messages.all.isEmpty());
-    QCOMPARE(AnalyticsRecord::events().constLast(), popUp("upgrade_cancel"));
-    QVERIFY(NvUpgradeHelper::instance()->isDownloadRequested());
-    QCOMPARE(m_feed->calls().size(), 2); // the library is not told to stop
+    installUpgrade();
+    QCOMPARE(shownAtTheStart, 99);
+    QCOMPARE(reportedSoFar, reported);
+    QCOMPARE(shownSoFar, shown);
+    QCOMPARE(stateThen, QProcess::NotRunning);
+    QCOMPARE(window().upgradePage->label_2->text(), "100%"_s);
 }
 
 void TestUpdateRun::resultAfterCancelIsIgnored_data()
@@ -599,56 +371,46 @@ void TestUpdateRun::resultAfterCancelIsIgnored()
 {
     QFETCH(QByteArray, answer);
     QFETCH(bool, success);
-    QVERIFY((*m_feed)->writeDownloadAnswer(answer));
-    QVERIFY((*m_feed)->writeOrders({{QStringLiteral("download_delay"), QStringLiteral("1000")}}));
-    MainWindow window(nullptr);
-    const Messages messages(window);
-    window.show();
+    QVERIFY(feed()->writeDownloadAnswer(answer));
+    QVERIFY(feed()->writeOrders({{"download_delay"_s, "1000"_s}}));
     QList<bool> results;
-    connect(NvUpgradeHelper::instance(), &NvUpgradeHelper::s_DownFinish, &window,
+    connect(NvUpgradeHelper::instance(), &NvUpgradeHelper::s_DownFinish, &window(),
             [&results](bool result) { results += result; });
-    QStringList actions;
-    const OnceUpgrading cancel(window, [&] {
-        window.upgradePage->btnCancel->click();
-        QCOMPARE(window.wizardPages->currentWidget(), window.optionPage);
-        actions = AnalyticsRecord::actions();
-        QVERIFY(results.isEmpty());
+    QStringList events;
+    onceUpgrading([&] {
+        window().upgradePage->btnCancel->click();
+        QCOMPARE(page(), window().optionPage);
+        QVERIFY(window().isVisible());
+        QVERIFY(NvUpgradeHelper::instance()->isDownloadRequested());
+        events = AnalyticsRecord::texts();
+        QCOMPARE(events.last(), popUp("upgrade_cancel"));
     });
-    takeOffer(window);
-    QTRY_VERIFY_WITH_TIMEOUT(cancel.isDone(), patienceMs);
-
-    QTRY_COMPARE_WITH_TIMEOUT(results, QList<bool>({success}), patienceMs);
+    takeOffer();
+    AWAIT_EQUAL(results, QList<bool>({success}));
     QTest::qWait(200);
-    QCOMPARE(window.wizardPages->currentWidget(), window.optionPage);
-    QVERIFY(messages.all.isEmpty());
-    QCOMPARE(installProcess(window)->state(), QProcess::NotRunning);
-    QVERIFY(!QFile::exists(installation()->installerRecord()));
-    QCOMPARE(AnalyticsRecord::actions(), actions);
-    QVERIFY(window.upgradePage->btnCancel->isEnabled());
+    QCOMPARE(page(), window().optionPage);
+    QCOMPARE(messages().texts(), QStringList());
+    QCOMPARE(installProcess(window())->state(), QProcess::NotRunning);
+    QVERIFY(!QFile::exists(installation().installerRecord()));
+    QCOMPARE(AnalyticsRecord::texts(), events);
+    QVERIFY(window().upgradePage->btnCancel->isEnabled());
+    QCOMPARE(feed().callNames(), checkAndDownload); // the library was not told to stop
 }
 
 void TestUpdateRun::offerDuringADownloadShowsItWithoutAnotherCheck()
 {
-    QVERIFY((*m_feed)->writeOrders({{QStringLiteral("download_delay"), QStringLiteral("1000")}}));
-    MainWindow window(nullptr);
-    const Messages messages(window);
-    window.show();
-    const OnceUpgrading cancel(window, [&window] {
-        window.upgradePage->btnCancel->click();
-        QCOMPARE(window.wizardPages->currentWidget(), window.optionPage);
-        QVERIFY(NvUpgradeHelper::instance()->isDownloadRequested());
-
-        window.optionPage->btnNext->click();
-        QCOMPARE(window.wizardPages->currentWidget(), window.upgradePage);
-        QVERIFY(window.isEnabled());
+    QVERIFY(feed()->writeOrders({{"download_delay"_s, "1000"_s}}));
+    onceUpgrading([this] {
+        window().upgradePage->btnCancel->click();
+        QCOMPARE(page(), window().optionPage);
+        window().optionPage->btnNext->click();
+        QCOMPARE(page(), window().upgradePage);
+        QVERIFY(window().isEnabled());
     });
-    takeOffer(window);
-    QTRY_VERIFY_WITH_TIMEOUT(cancel.isDone(), patienceMs);
-    QTRY_VERIFY_WITH_TIMEOUT(isCompleted(window), patienceMs);
-    QCOMPARE(m_feed->callNames(), QStringList({QStringLiteral("check_upgrade_c"),
-                                               QStringLiteral("download_package_c")}));
+    installUpgrade();
+    QCOMPARE(feed().callNames(), checkAndDownload);
     QCOMPARE(installerArguments().size(), 8);
-    QVERIFY(messages.all.isEmpty());
+    QCOMPARE(messages().texts(), QStringList());
 }
 
 void TestUpdateRun::downloadFailingUnderAConfirmationIsIgnored_data()
@@ -661,454 +423,347 @@ void TestUpdateRun::downloadFailingUnderAConfirmationIsIgnored_data()
 void TestUpdateRun::downloadFailingUnderAConfirmationIsIgnored()
 {
     QFETCH(bool, remove);
-    QVERIFY(installation()->writeUninstaller(0, {}));
-    MainWindow window(nullptr);
-    const Messages messages(window);
-    window.show();
+    QVERIFY(feed()->writeOrders({{"never_return"_s, "download"_s}}));
     bool isFinished = false;
-    connect(NvUpgradeHelper::instance(), &NvUpgradeHelper::s_DownFinish, &window,
+    connect(NvUpgradeHelper::instance(), &NvUpgradeHelper::s_DownFinish, &window(),
             [&isFinished] { isFinished = true; });
-    startEndlessDownload(window);
-    window.upgradePage->btnCancel->click();
-
-    bool wasUndisturbed = false;
-    QTimer::singleShot(0, &window, [&] {
+    takeOffer();
+    AWAIT_EQUAL(feed().calls().size(), 2);
+    AWAIT_EQUAL(page(), window().upgradePage);
+    window().upgradePage->btnCancel->click();
+    answerQuestion([&](ConfirmWindow &dialog) {
         ::stop();
-        const bool isHeard = QTest::qWaitFor([&isFinished] { return isFinished; }, patienceMs);
-        auto *dialog = window.findChild<ConfirmWindow *>();
-        wasUndisturbed = isHeard && dialog->isVisible() && overlay(window)->isVisible() &&
-                         window.wizardPages->currentWidget() == window.optionPage;
-        (remove ? dialog->btnRemove : dialog->btnCancel)->click();
+        AWAIT(isFinished);
+        QVERIFY(dialog.isVisible() && overlay(window())->isVisible());
+        QCOMPARE(page(), window().optionPage);
+        (remove ? dialog.btnRemove : dialog.btnCancel)->click();
     });
-    window.optionPage->btnContinue->click();
-    QVERIFY(wasUndisturbed);
-    QVERIFY(messages.all.isEmpty());
-    QCOMPARE(AnalyticsRecord::actions().last(), QStringLiteral("UninstallReConfirm"));
+    QVERIFY(isFinished);
+    QCOMPARE(messages().texts(), QStringList());
+    QCOMPARE(AnalyticsRecord::actions().last(), "UninstallReConfirm"_s);
+    QCOMPARE(window().isVisible(), remove);
     if (remove) {
-        QTRY_COMPARE_WITH_TIMEOUT(window.wizardPages->currentWidget(), window.uninstallPage,
-                                  patienceMs);
-        const QProcess *uninstaller = uninstallProcess(window);
-        QTRY_COMPARE_WITH_TIMEOUT(uninstaller->state(), QProcess::NotRunning, patienceMs);
-        QVERIFY(!QFile::exists(installation()->installDir() + QStringLiteral("/unins000.exe")));
-    } else {
-        QVERIFY(!window.isVisible());
+        AWAIT_EQUAL(page(), window().uninstallPage);
+        AWAIT(!isProcessRunning(window()));
+        QVERIFY(!QFile::exists(installFile("unins000.exe"_s)));
     }
 }
 
 void TestUpdateRun::downloadFailingUnderAMessageIsIgnored()
 {
-    QVERIFY((*m_feed)->writeCheckAnswer("{}"));
-    MainWindow window(nullptr);
-    Messages messages(window);
-    window.show();
-    messages.whileOpen = [&window](MessageWindow &message) {
+    QVERIFY(feed()->writeCheckAnswer("{}"));
+    messages().whileOpen = [this](MessageWindow &message) {
         Q_EMIT NvUpgradeHelper::instance()->s_DownFinish(false);
         QTest::qWait(50);
         QVERIFY(message.isVisible());
-        QVERIFY(!window.isEnabled());
+        QVERIFY(!window().isEnabled());
     };
-    takeOffer(window);
-    QTRY_VERIFY_WITH_TIMEOUT(window.isEnabled(), patienceMs);
-    QCOMPARE(messages.texts(), QStringList(nothingNewer));
-    QCOMPARE(AnalyticsRecord::actions().count(QStringLiteral("UninstallPopUp")), 1);
+    takeOffer();
+    AWAIT(window().isEnabled());
+    QCOMPARE(messages().texts(), QStringList(nothingNewer));
+    QCOMPARE(AnalyticsRecord::actions().count("UninstallPopUp"_s), 1);
+}
+
+void TestUpdateRun::closedWindowStartsNothing_data()
+{
+    QTest::addColumn<QByteArray>("checkAnswer"); // unless empty, an offer
+    QTest::addColumn<QByteArray>("downloadAnswer");
+    QTest::addColumn<bool>("isDownloading"); // or checking, when the window is closed
+
+    const QByteArray error(R"({"errcode":"1"})");
+    QTest::newRow("check: an offer") << QByteArray() << QByteArray() << false;
+    QTest::newRow("check: an error") << error << QByteArray() << false;
+    QTest::newRow("check: nothing newer") << QByteArray("{}") << QByteArray() << false;
+    QTest::newRow("download: complete") << QByteArray() << QByteArray("{}") << true;
+    QTest::newRow("download: an error") << QByteArray() << error << true;
+}
+
+// The helper's thread has sent its answer, and the window is closed before the answer arrives.
+void TestUpdateRun::closedWindowStartsNothing()
+{
+    QFETCH(QByteArray, checkAnswer);
+    QFETCH(QByteArray, downloadAnswer);
+    QFETCH(bool, isDownloading);
+    if (!checkAnswer.isEmpty())
+        QVERIFY(feed()->writeCheckAnswer(checkAnswer));
+    QVERIFY(feed()->writeDownloadAnswer(downloadAnswer));
+    const NvUpgradeHelper *helper = NvUpgradeHelper::instance();
+    std::atomic<int> answers{0}; // counted after the window's own connections have queued them
+    const auto count = [&answers] { ++answers; };
+    connect(helper, &NvUpgradeHelper::s_CheckFinish, helper, count, Qt::DirectConnection);
+    connect(helper, &NvUpgradeHelper::s_DownFinish, helper, count, Qt::DirectConnection);
+    const auto handleNoEventsUntil = [&answers](int number) {
+        while (answers < number)
+            QTest::qSleep(10);
+    };
+    onceUpgrading([&] {
+        handleNoEventsUntil(2);
+        launch(); // what Cancel does once the download is over
+    });
+    QVERIFY(quitsAfter([&] {
+        takeOffer();
+        if (!isDownloading) {
+            handleNoEventsUntil(1);
+            closeFromTheWindowSystem();
+        }
+    }));
+    QVERIFY(!window().isVisible());
+    QCOMPARE(messages().texts(), QStringList());
+    QCOMPARE(feed().callNames(), checkAndDownload.mid(0, isDownloading ? 2 : 1));
+    QVERIFY(!helper->isDownloadRequested());
+    QCOMPARE(installProcess(window())->state(), QProcess::NotRunning);
+    QVERIFY(!QFile::exists(installation().installerRecord()));
+    QCOMPARE(AnalyticsRecord::texts().last(),
+             isDownloading ? launchClicked : feedback("RetainClick", "uninstall_action"));
+    if (isDownloading)
+        AWAIT(QFile::exists(launchRecord()));
 }
 
 void TestUpdateRun::installerReceivesItsArguments_data()
 {
     QTest::addColumn<QString>("language");
-    QTest::newRow("known language") << QStringLiteral("DEU");
-    QTest::newRow("unknown language") << QStringLiteral("xyz");
-    QTest::newRow("no language") << QString();
+    QTest::addColumn<QString>("folder"); // in the sandbox; none registered when empty
+    QTest::addColumn<QString>("version");
+
+    const auto folder = "Clips %1 für Zoë/日本 \"8\""_s;
+    const auto version = "8.0.0.1"_s;
+    QTest::newRow("known language") << "DEU"_s << folder << version;
+    QTest::newRow("unknown language") << "xyz"_s << folder << version;
+    QTest::newRow("no language") << QString() << folder << version;
+    QTest::newRow("no registered folder") << "ENG"_s << QString() << version;
+    QTest::newRow("version beyond ASCII") << "ENG"_s << folder << "8.0.0.1 (»Größe«)"_s;
+    QTest::newRow("version with switches")
+        << "ENG"_s << folder << "8\" \\\" /SOURCE=\"x\" %1 /RUN=\"evil.exe"_s;
 }
 
 void TestUpdateRun::installerReceivesItsArguments()
 {
     QFETCH(QString, language);
-    const QString folder = m_feed->sandbox().path(QStringLiteral("Clips %1 für Zoë/日本 \"8\""));
-    installation()->setSystemValue(registeredFolder, folder);
-    QVERIFY(installation()->writeProductIni(language));
-    MainWindow window(nullptr);
-    window.show();
-    installUpgrade(window);
-    const QByteArray config =
-        m_feed->sandbox()
-            .path(QStringLiteral("ProgramData/Norvane Clipwright/Back_UpdateInfo.json"))
-            .toUtf8();
-    const QByteArray expected = "/CFGPATH=\"" + config +
-                                "\"\n"
-                                "/NEWVER=\"8.0.0.1\"\n"
-                                "/LANG=\"" +
-                                language.toUtf8() +
-                                "\"\n"
-                                "/SKIN=\"0\"\n"
-                                "/CURVER=\"7.2.1.4\"\n"
-                                "/INSTALLPATH=\"" +
-                                folder.toUtf8() +
-                                "\"\n"
-                                "/PRODUCTNAME=\"Norvane Clipwright\"\n"
-                                "/SOURCE=\"Uninstaller\"\n";
-    QCOMPARE(Sandbox::readFile(installation()->installerRecord()), expected);
-    QVERIFY(Sandbox::readLines(installation()->productDataDir() + QStringLiteral("/Clipwright.ini"))
-                .contains(QStringLiteral("Version=8.0.0.1")));
-}
-
-void TestUpdateRun::installPathIsTheDefaultFolderWithoutARegisteredOne()
-{
-    installation()->removeSystemValue(registeredFolder);
-    MainWindow window(nullptr);
-    window.show();
-    installUpgrade(window);
-    QCOMPARE(installerArguments().value(5), QStringLiteral("/INSTALLPATH=\"%1\"")
-                                                .arg(m_feed->sandbox().path(QStringLiteral(
-                                                    "Program Files/Norvane/Norvane Clipwright"))));
-}
-
-void TestUpdateRun::newVersionIsThatOfTheUpdateDescription()
-{
-    QVERIFY((*m_feed)->writeUpdateInfo(QStringLiteral("8.0.0.1 (»Größe«)")));
-    MainWindow window(nullptr);
-    window.show();
-    installUpgrade(window);
-    QCOMPARE(installerArguments().value(1), QStringLiteral("/NEWVER=\"8.0.0.1 (»Größe«)\""));
-}
-
-void TestUpdateRun::versionWithSwitchesIsOneArgument()
-{
-    const QString hostile = QStringLiteral("8\" \\\" /SOURCE=\"x\" %1 /RUN=\"evil.exe");
-    QVERIFY((*m_feed)->writeUpdateInfo(hostile));
-    MainWindow window(nullptr);
-    window.show();
-    installUpgrade(window);
-    QCOMPARE(installerArguments().size(), 8);
-    QCOMPARE(installerArguments().value(1), QStringLiteral("/NEWVER=\"%1\"").arg(hostile));
+    QFETCH(QString, folder);
+    QFETCH(QString, version);
+    const auto path = [this](const QString &relative) { return feed().sandbox().path(relative); };
+    registerFolder(folder.isEmpty() ? QString() : path(folder));
+    QVERIFY(installation().writeProductIni(language));
+    QVERIFY(feed()->writeUpdateInfo(version));
+    const QProcess *process = installProcess(window());
+    std::optional<QIODevice::OpenMode> mode;
+    connect(process, &QProcess::started, &window(), [&] { mode = process->openMode(); });
+    installUpgrade();
+    if (folder.isEmpty())
+        folder = "Program Files/Norvane/Norvane Clipwright"_s;
+    const QStringList expected{"/CFGPATH=\""_s +
+                                   path("ProgramData/Norvane Clipwright/Back_UpdateInfo.json\""_s),
+                               "/NEWVER=\""_s + version + u'"',
+                               "/LANG=\""_s + language + u'"',
+                               "/SKIN=\"0\""_s,
+                               "/CURVER=\"7.2.1.4\""_s,
+                               "/INSTALLPATH=\""_s + path(folder) + u'"',
+                               "/PRODUCTNAME=\"Norvane Clipwright\""_s,
+                               "/SOURCE=\"Uninstaller\""_s};
+    QCOMPARE(installerArguments(), expected);
+    QCOMPARE(mode, QIODevice::OpenMode(QIODevice::ReadWrite));
 }
 
 void TestUpdateRun::downloadAnswerThatIsNoJsonIsFollowedByTheInstaller()
 {
-    QVERIFY((*m_feed)->writeDownloadAnswer("service not available"));
-    MainWindow window(nullptr);
-    const Messages messages(window); // answered, should there be one
-    window.show();
-    installUpgrade(window);
-    QCOMPARE(messages.texts(), QStringList());
-    QCOMPARE(installerArguments().value(1), QStringLiteral("/NEWVER=\"8.0.0.1\""));
-}
-
-void TestUpdateRun::installerMayBeWrittenTo()
-{
-    MainWindow window(nullptr);
-    window.show();
-    const QProcess *installer = installProcess(window);
-    std::optional<QIODevice::OpenMode> mode;
-    connect(installer, &QProcess::started, &window,
-            [installer, &mode] { mode = installer->openMode(); });
-    installUpgrade(window);
-    QVERIFY(mode.has_value());
-    QCOMPARE(*mode, QIODevice::OpenMode(QIODevice::ReadWrite));
+    QVERIFY(feed()->writeDownloadAnswer("service not available"));
+    installUpgrade();
+    QCOMPARE(messages().texts(), QStringList());
+    QCOMPARE(installerArguments().value(1), "/NEWVER=\"8.0.0.1\""_s);
 }
 
 void TestUpdateRun::completedLookComesHalfASecondAfterTheInstaller()
 {
-    MainWindow window(nullptr);
-    window.show();
-    QElapsedTimer clock;
-    QList<AnalyticsRecord::Event> events;
-    connect(installProcess(window), qOverload<int, QProcess::ExitStatus>(&QProcess::finished),
-            &window, [&] {
-                clock.start();
-                QCOMPARE(window.upgradePage->progressBar->value(), 100);
-                QVERIFY(!isCompleted(window));
-                QVERIFY(!window.upgradePage->progressBar->isHidden());
-                events = AnalyticsRecord::events();
-                QCOMPARE(events.constLast(), retain("UpgradeCompleted"));
+    AWAIT_EQUAL(pendingDelays(), QList<int>()); // of the tests before
+    const Journal journal(window());
+    QList<int> delays;
+    QStringList events;
+    connect(installProcess(window()), qOverload<int, QProcess::ExitStatus>(&QProcess::finished),
+            &window(), [&] {
+                delays = pendingDelays();
+                QCOMPARE(window().upgradePage->progressBar->value(), 100);
+                QVERIFY(!window().upgradePage->progressBar->isHidden());
+                QVERIFY(!isCompleted());
+                events = AnalyticsRecord::texts();
+                QCOMPARE(events.last(), upgradeCompleted);
             });
-    completeUpgrade(window);
-    const qint64 elapsed = clock.elapsed();
-    QVERIFY2(elapsed >= 450 && elapsed < 4000, QByteArray::number(elapsed).constData());
-    QCOMPARE(window.wizardPages->currentWidget(), window.upgradePage);
-    QVERIFY(window.isVisible());
-    QCOMPARE(window.upgradePage->btnCancel->text(), QStringLiteral("Launch"));
-    QVERIFY(window.upgradePage->progressBar->isHidden());
-    QCOMPARE(AnalyticsRecord::events(), events);
-}
-
-void TestUpdateRun::actionIsDisabledExactlyWhileTheInstallerRuns()
-{
-    MainWindow window(nullptr);
-    const Journal journal(window);
-    window.show();
-    completeUpgrade(window);
+    completeUpgrade();
+    QCOMPARE(delays, QList<int>{500});
+    QCOMPARE(page(), window().upgradePage);
+    QVERIFY(window().isVisible());
+    QCOMPARE(window().upgradePage->btnCancel->text(), "Launch"_s);
+    QVERIFY(window().upgradePage->progressBar->isHidden());
+    QCOMPARE(AnalyticsRecord::texts(), events);
     QCOMPARE(journal.entries,
-             QStringList({QStringLiteral("upgrade page"), QStringLiteral("action disabled"),
-                          QStringLiteral("installer starts"), QStringLiteral("installer ended"),
-                          QStringLiteral("action enabled")}));
+             QStringList({"page comes"_s, "button disabled"_s, "installer starts"_s,
+                          "installer ends"_s, "button enabled"_s}));
 }
 
 void TestUpdateRun::failureReturnsToTheFeedbackPage_data()
 {
     QTest::addColumn<Preparation>("prepare");
     QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("startsInstaller");
-    QTest::addColumn<bool>("isActionEnabled"); // while the message is open
+    QTest::addColumn<QStringList>("journal"); // between the page's coming and going
 
-    QTest::newRow("download: error code") << Preparation([](const Feed &feed) {
-        QVERIFY(feed->writeDownloadAnswer(R"({"errcode":"5","result":{"downloaded":"1"}})"));
-    }) << downloadFailed << false << true;
-    QTest::newRow("download: nothing to fetch")
-        << Preparation([](const Feed &feed) { QVERIFY(QFile::remove(feed->packageFile())); })
-        << downloadFailed << false << true;
-    QTest::newRow("installer missing") << Preparation([](const Feed &feed) {
-        QVERIFY(QFile::remove(feed.sandbox()->updateInstaller()));
-    }) << installFailed << false << true;
-    QTest::newRow("installer not executable") << Preparation([](const Feed &feed) {
-        QVERIFY(Machine::makeUnstartable(feed.sandbox()->updateInstaller()));
-    }) << installFailed << false << false;
-    QTest::newRow("installer: exit code") << Preparation([](const Feed &feed) {
-        QVERIFY(
-            feed.sandbox()->writeUpdateInstaller({{QStringLiteral("exit"), QStringLiteral("3")}}));
-    }) << installFailed << true << false;
-    QTest::newRow("installer: crash") << Preparation([](const Feed &feed) {
-        QVERIFY(feed.sandbox()->writeUpdateInstaller(
-            {{QStringLiteral("end"), QStringLiteral("crash")}}));
-    }) << installFailed << true << false;
+    QTest::newRow("download: error code") << Preparation([](const WizardTest &test) {
+        QVERIFY(test.feed()->writeDownloadAnswer(R"({"errcode":"5","result":{"downloaded":"1"}})"));
+    }) << downloadFailed << QStringList();
+    QTest::newRow("download: nothing to fetch") << Preparation([](const WizardTest &test) {
+        QVERIFY(QFile::remove(test.feed()->packageFile()));
+    }) << downloadFailed << QStringList();
+    QTest::newRow("installer missing") << Preparation([](const WizardTest &test) {
+        QVERIFY(QFile::remove(test.installation().updateInstaller()));
+    }) << installFailed << QStringList();
+
+    const QStringList run{"button disabled"_s, "installer starts"_s, "installer ends"_s};
+    QTest::newRow("installer not executable") << Preparation([](const WizardTest &test) {
+        QVERIFY(Machine::makeUnstartable(test.installation().updateInstaller()));
+    }) << installFailed << run;
+    QTest::newRow("installer: exit code") << Preparation([](const WizardTest &test) {
+        QVERIFY(test.installation().writeUpdateInstaller({{"exit"_s, "3"_s}}));
+    }) << installFailed << run;
+    QTest::newRow("installer: crash") << Preparation([](const WizardTest &test) {
+        QVERIFY(test.installation().writeUpdateInstaller({{"end"_s, "crash"_s}}));
+    }) << installFailed << run;
 }
 
 void TestUpdateRun::failureReturnsToTheFeedbackPage()
 {
     QFETCH(Preparation, prepare);
     QFETCH(QString, text);
-    QFETCH(bool, startsInstaller);
-    QFETCH(bool, isActionEnabled);
-    prepare(*m_feed);
-    MainWindow window(nullptr);
-    const Messages messages(window);
-    window.show();
-    takeOffer(window);
-    QTRY_VERIFY_WITH_TIMEOUT(!messages.all.isEmpty(), patienceMs);
-    QTRY_COMPARE_WITH_TIMEOUT(window.wizardPages->currentWidget(), window.optionPage, patienceMs);
-
-    QCOMPARE(messages.texts(), QStringList(text));
-    const Messages::Message &message = messages.all.constFirst();
-    QVERIFY(message.isUsable);
-    QVERIFY(message.isWindowDimmed);
-    QVERIFY(message.isWindowEnabled);
-    QCOMPARE(message.isActionEnabled, isActionEnabled);
-    QCOMPARE(message.page, window.upgradePage);
-    QCOMPARE(message.actions.last(), QStringLiteral("RetainClick"));
-
-    QVERIFY(!overlay(window)->isVisible());
-    QVERIFY(window.upgradePage->btnCancel->isEnabled());
-    QCOMPARE(QFile::exists(installation()->installerRecord()), startsInstaller);
-    window.optionPage->btnNext->click();
-    QTRY_COMPARE_WITH_TIMEOUT(messages.all.size(), 2, patienceMs);
-    QTRY_COMPARE_WITH_TIMEOUT(window.wizardPages->currentWidget(), window.optionPage, patienceMs);
-    const QList<AnalyticsRecord::Event> expected{
-        popUp("uninstall_action"),
-        feedback("PopUp_FeedbackClick", "uninstall_action"),
-        feedback("RetainClick", "uninstall_action"),
-        popUp("upgrade_failure"),
-        feedback("RetainClick", "upgrade_failure"),
-        popUp("upgrade_failure"),
+    QFETCH(QStringList, journal);
+    prepare(*this);
+    const bool isInstallerRun = !journal.isEmpty();
+    journal = QStringList("page comes"_s) + journal + QStringList("page goes"_s);
+    if (isInstallerRun)
+        journal += "button enabled"_s;
+    const Journal recorded(window());
+    messages().whileOpen = [this](const MessageWindow &message) {
+        closeFromTheWindowSystem();
+        QVERIFY(message.isVisible() && window().isVisible());
     };
-    QCOMPARE(AnalyticsRecord::events(), expected);
-}
+    takeOffer();
+    AWAIT_EQUAL(recorded.entries, journal);
+    QCOMPARE(messages().texts(), QStringList(text));
+    const Messages::Message &message = messages().all.constFirst();
+    QVERIFY(message.isUsable);
+    QVERIFY(message.isWindowEnabled);
+    QCOMPARE(message.isActionEnabled, !isInstallerRun);
+    QCOMPARE(message.page, window().upgradePage);
+    QCOMPARE(message.actions.last(), "RetainClick"_s);
+    QVERIFY(!overlay(window())->isVisible());
 
-void TestUpdateRun::actionIsEnabledAfterTheFeedbackPageIsShown_data()
-{
-    QTest::addColumn<Orders>("orders");
-    QTest::newRow("exit code") << Orders{{QStringLiteral("exit"), QStringLiteral("255")}};
-    QTest::newRow("crash") << Orders{{QStringLiteral("end"), QStringLiteral("crash")}};
-}
-
-void TestUpdateRun::actionIsEnabledAfterTheFeedbackPageIsShown()
-{
-    QFETCH(Orders, orders);
-    QVERIFY(installation()->writeUpdateInstaller(orders));
-    MainWindow window(nullptr);
-    const Messages messages(window);
-    const Journal journal(window);
-    window.show();
-    takeOffer(window);
-    const QStringList expected{
-        QStringLiteral("upgrade page"),      QStringLiteral("action disabled"),
-        QStringLiteral("installer starts"),  QStringLiteral("installer ended"),
-        QStringLiteral("upgrade page left"), QStringLiteral("action enabled")};
-    QTRY_COMPARE_WITH_TIMEOUT(journal.entries, expected, patienceMs);
+    // The same again: the failure has left nothing behind.
+    window().optionPage->btnNext->click();
+    AWAIT_EQUAL(recorded.entries, journal + journal);
+    QCOMPARE(messages().texts(), QStringList({text, text}));
+    QCOMPARE(
+        AnalyticsRecord::texts(),
+        QStringList({popUp("uninstall_action"), feedback("PopUp_FeedbackClick", "uninstall_action"),
+                     feedback("RetainClick", "uninstall_action"), popUp("upgrade_failure"),
+                     feedback("RetainClick", "upgrade_failure"), popUp("upgrade_failure")}));
+    messages().whileOpen = nullptr;
+    closeFromTheWindowSystem();
+    QVERIFY(!window().isVisible());
 }
 
 void TestUpdateRun::closeIsRefusedWhileTheInstallerRuns()
 {
-    MainWindow window(nullptr);
-    window.show();
     bool hasStayed = false;
-    connect(installProcess(window), &QProcess::started, &window, [&window, &hasStayed] {
-        closeFromTheWindowSystem(window);
-        hasStayed = window.isVisible();
+    connect(installProcess(window()), &QProcess::started, &window(), [this, &hasStayed] {
+        closeFromTheWindowSystem();
+        hasStayed = window().isVisible();
     });
-    completeUpgrade(window);
+    completeUpgrade();
     QVERIFY(hasStayed);
-    closeFromTheWindowSystem(window);
-    QVERIFY(!window.isVisible());
-}
-
-void TestUpdateRun::closeIsRefusedWhileTheFailureMessageIsOpen()
-{
-    QVERIFY(installation()->writeUpdateInstaller({{QStringLiteral("exit"), QStringLiteral("1")}}));
-    MainWindow window(nullptr);
-    Messages messages(window);
-    window.show();
-    messages.whileOpen = [&window](MessageWindow &message) {
-        closeFromTheWindowSystem(window);
-        QVERIFY(window.isVisible());
-        QVERIFY(message.isVisible());
-        QVERIFY(window.upgradePage->isActionDisabled());
-    };
-    takeOffer(window);
-    QTRY_VERIFY_WITH_TIMEOUT(!messages.all.isEmpty(), patienceMs);
-    QTRY_COMPARE_WITH_TIMEOUT(window.wizardPages->currentWidget(), window.optionPage, patienceMs);
-    closeFromTheWindowSystem(window);
-    QVERIFY(!window.isVisible());
+    closeFromTheWindowSystem();
+    QVERIFY(!window().isVisible());
 }
 
 void TestUpdateRun::hangingInstallerEndsWithTheWindow()
 {
-    QVERIFY(
-        installation()->writeUpdateInstaller({{QStringLiteral("end"), QStringLiteral("hang")}}));
-    // That it is ended on purpose is worth a warning to Qt.
-    QTest::ignoreMessage(
-        QtWarningMsg, QRegularExpression(QStringLiteral("QProcess: Destroyed while process .* is "
-                                                        "still running\\.")));
-    auto window = std::make_unique<MainWindow>(nullptr);
-    window->show();
-    takeOffer(*window);
-    QTRY_COMPARE_WITH_TIMEOUT(installProcess(*window)->state(), QProcess::Running, patienceMs);
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(installation()->installerRecord()),
-                             patienceMs); // hangs, and is not just loading
+    QVERIFY(installation().writeUpdateInstaller({{"end"_s, "hang"_s}}));
+    takeOffer();
+    AWAIT(!installerArguments().isEmpty()); // hangs, and is not just loading
     bool hasEnded = false;
-    connect(installProcess(*window), qOverload<int, QProcess::ExitStatus>(&QProcess::finished),
+    connect(installProcess(window()), qOverload<int, QProcess::ExitStatus>(&QProcess::finished),
             qApp, [&hasEnded] { hasEnded = true; });
+    expectKilledProcess();
     QElapsedTimer clock;
     clock.start();
-    window.reset();
+    destroyWindow();
     QVERIFY(hasEnded);
-    QVERIFY(clock.elapsed() < 5000);
+    QVERIFY(clock.elapsed() < 5000); // QProcess would wait half a minute for a child it cannot kill
 }
 
-void TestUpdateRun::failedUpgradeMayBeTriedAgain()
-{
-    QVERIFY(installation()->writeUpdateInstaller({{QStringLiteral("exit"), QStringLiteral("1")}}));
-    MainWindow window(nullptr);
-    const Messages messages(window);
-    window.show();
-    takeOffer(window);
-    QTRY_VERIFY_WITH_TIMEOUT(!messages.all.isEmpty(), patienceMs);
-    QTRY_COMPARE_WITH_TIMEOUT(window.wizardPages->currentWidget(), window.optionPage, patienceMs);
-    QCOMPARE(window.upgradePage->progressBar->value(), 99);
-
-    QVERIFY(installation()->writeUpdateInstaller({}));
-    QList<int> shown;
-    connect(window.upgradePage->progressBar, &QProgressBar::valueChanged, &window,
-            [&shown](int value) { shown += value; });
-    installUpgrade(window);
-    QCOMPARE(shown.constFirst(), 0);
-    QCOMPARE(shown.constLast(), 100);
-    QCOMPARE(messages.all.size(), 1);
-    QCOMPARE(m_feed->callNames().count(QStringLiteral("check_upgrade_c")), 2);
-}
-
-void TestUpdateRun::launchStartsTheProductAndEndsTheProgram()
-{
-    MainWindow window(nullptr);
-    window.show();
-    completeUpgrade(window);
-    QVERIFY(quitsAfter([&window] { window.upgradePage->btnCancel->click(); }));
-    QVERIFY(!window.isVisible());
-    const QString record = installation()->installDir() + QStringLiteral("/launched.txt");
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(record), patienceMs);
-    QVERIFY(Sandbox::readFile(record).isEmpty()); // no arguments
-    QCOMPARE(AnalyticsRecord::events().constLast(), retain("UpgradeSuccess_launchclick"));
-}
-
-void TestUpdateRun::launchWithoutProductEndsQuietly_data()
+void TestUpdateRun::launchEndsTheProgram_data()
 {
     QTest::addColumn<Preparation>("prepare");
+    QTest::addColumn<bool>("startsTheProduct");
 
-    QTest::newRow("no executable") << Preparation([](const Feed &feed) {
-        QVERIFY(QFile::remove(feed.sandbox()->installDir() +
-                              QStringLiteral("/Norvane Clipwright X.exe")));
-    });
-    QTest::newRow("no folder") << Preparation(
-        [](const Feed &feed) { QVERIFY(QDir(feed.sandbox()->installDir()).removeRecursively()); });
-    QTest::newRow("no registered folder") << Preparation(
-        [](const Feed &feed) { feed.sandbox()->removeSystemValue(registeredFolder); });
+    QTest::newRow("whole") << Preparation([](const WizardTest &) {}) << true;
+    QTest::newRow("no executable") << Preparation([](const WizardTest &test) {
+        QVERIFY(QFile::remove(test.installFile("Norvane Clipwright X.exe"_s)));
+    }) << false;
+    QTest::newRow("no folder") << Preparation([](const WizardTest &test) {
+        QVERIFY(QDir(test.installation().installDir()).removeRecursively());
+    }) << false;
+    QTest::newRow("no registered folder")
+        << Preparation([](const WizardTest &test) { test.registerFolder({}); }) << false;
 }
 
-void TestUpdateRun::launchWithoutProductEndsQuietly()
+void TestUpdateRun::launchEndsTheProgram()
 {
     QFETCH(Preparation, prepare);
-    prepare(*m_feed);
-    MainWindow window(nullptr);
-    const Messages messages(window);
-    window.show();
-    completeUpgrade(window);
-    QVERIFY(quitsAfter([&window] { window.upgradePage->btnCancel->click(); }));
-    QVERIFY(!window.isVisible());
-    QVERIFY(messages.all.isEmpty());
-    QCOMPARE(AnalyticsRecord::events().constLast(), retain("UpgradeSuccess_launchclick"));
+    QFETCH(bool, startsTheProduct);
+    prepare(*this);
+    completeUpgrade();
+    QVERIFY(quitsAfter([this] { launch(); }));
+    QVERIFY(!window().isVisible());
+    QCOMPARE(messages().texts(), QStringList());
+    QCOMPARE(AnalyticsRecord::texts().last(), launchClicked);
+    if (startsTheProduct)
+        AWAIT(QFile::exists(launchRecord()));
+    QCOMPARE(Sandbox::readFile(launchRecord()), QByteArray()); // no arguments
 }
 
 void TestUpdateRun::closeButtonQuits()
 {
-    MainWindow window(nullptr);
-    window.show();
-    completeUpgrade(window);
-    QVERIFY(window.upgradePage->btnClose->isVisible());
-    QVERIFY(quitsAfter([&window] { window.upgradePage->btnClose->click(); }));
-    QCOMPARE(AnalyticsRecord::events().constLast(), retain("UpgradeCompleted"));
-    QVERIFY(!QFile::exists(installation()->installDir() + QStringLiteral("/launched.txt")));
+    completeUpgrade();
+    QVERIFY(window().upgradePage->btnClose->isVisible());
+    QVERIFY(quitsAfter([this] { window().upgradePage->btnClose->click(); }));
+    QCOMPARE(AnalyticsRecord::texts().last(), upgradeCompleted);
+    QVERIFY(!QFile::exists(launchRecord()));
 }
 
 void TestUpdateRun::eventsOfTheWholeStoryComeInOrder()
 {
-    MainWindow window(nullptr);
-    const Messages messages(window);
-    window.show();
-    // No answer, an update that fails, one that is called off, one that succeeds.
-    QVERIFY((*m_feed)->writeCheckAnswer(R"({"errcode":"1"})"));
-    takeOffer(window);
-    QTRY_VERIFY_WITH_TIMEOUT(window.isEnabled(), patienceMs);
-    m_feed->writeSmallUpgrade(version);
-    QVERIFY((*m_feed)->writeDownloadAnswer(R"({"errcode":"1"})"));
-    window.optionPage->btnNext->click();
-    QTRY_COMPARE_WITH_TIMEOUT(messages.texts(), QStringList({checkFailed, downloadFailed}),
-                              patienceMs);
-    QTRY_COMPARE_WITH_TIMEOUT(window.wizardPages->currentWidget(), window.optionPage, patienceMs);
-    m_feed->writeSmallUpgrade(version);
-    QVERIFY((*m_feed)->writeOrders({{QStringLiteral("download_delay"), QStringLiteral("1000")}}));
-    const OnceUpgrading cancel(window, [&window] {
-        window.upgradePage->btnCancel->click();
-        window.optionPage->btnNext->click();
+    // A check that fails, an installer that fails, a download that is left and taken up again.
+    QVERIFY(feed()->writeCheckAnswer(R"({"errcode":"1"})"));
+    takeOffer();
+    AWAIT(window().isEnabled());
+    feed().writeSmallUpgrade("8.0.0.1"_s);
+    QVERIFY(installation().writeUpdateInstaller({{"exit"_s, "1"_s}}));
+    window().optionPage->btnNext->click();
+    AWAIT_EQUAL(messages().texts(), QStringList({checkFailed, installFailed}));
+    AWAIT_EQUAL(page(), window().optionPage);
+    QVERIFY(installation().writeUpdateInstaller({}));
+    QVERIFY(feed()->writeOrders({{"download_delay"_s, "1000"_s}}));
+    onceUpgrading([this] {
+        window().upgradePage->btnCancel->click();
+        window().optionPage->btnNext->click();
     });
-    window.optionPage->btnNext->click();
-    QTRY_VERIFY_WITH_TIMEOUT(cancel.isDone(), patienceMs);
-    QTRY_VERIFY_WITH_TIMEOUT(isCompleted(window), patienceMs);
-    QVERIFY(quitsAfter([&window] { window.upgradePage->btnCancel->click(); }));
-
-    const QList<AnalyticsRecord::Event> expected{
-        popUp("uninstall_action"),
-        feedback("PopUp_FeedbackClick", "uninstall_action"),
-        feedback("RetainClick", "uninstall_action"),
-        feedback("RetainClick", "uninstall_action"),
-        popUp("upgrade_failure"),
-        feedback("RetainClick", "upgrade_failure"),
-        popUp("upgrade_cancel"),
-        feedback("RetainClick", "upgrade_cancel"),
-        retain("UpgradeCompleted"),
-        retain("UpgradeSuccess_launchclick"),
-    };
-    QCOMPARE(AnalyticsRecord::events(), expected);
-    QTRY_VERIFY_WITH_TIMEOUT(
-        QFile::exists(installation()->installDir() + QStringLiteral("/launched.txt")), patienceMs);
+    window().optionPage->btnNext->click();
+    AWAIT(isCompleted());
+    QVERIFY(quitsAfter([this] { launch(); }));
+    QCOMPARE(
+        AnalyticsRecord::texts(),
+        QStringList({popUp("uninstall_action"), feedback("PopUp_FeedbackClick", "uninstall_action"),
+                     feedback("RetainClick", "uninstall_action"),
+                     feedback("RetainClick", "uninstall_action"), popUp("upgrade_failure"),
+                     feedback("RetainClick", "upgrade_failure"), popUp("upgrade_cancel"),
+                     feedback("RetainClick", "upgrade_cancel"), upgradeCompleted, launchClicked}));
+    AWAIT(QFile::exists(launchRecord()));
 }
 
 QTEST_MAIN(TestUpdateRun)

@@ -63,7 +63,7 @@ bool startsProcessesLater()
 
 bool isLeft(qintptr /*socketDescriptor*/)
 {
-    return false; // the system tells
+    return false; // the system sends a notification
 }
 
 bool setTimeZone(const QByteArray &zone)

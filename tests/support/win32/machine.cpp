@@ -26,7 +26,7 @@ bool giveToAnotherUser(const QString & /*fileName*/)
     return false;
 }
 
-// Wine does, when it was killed while it was being loaded.
+// Wine keeps the file of a process that was killed while it was loaded.
 bool keepsKilledProgram(const QString &fileName)
 {
     return fileName.endsWith(QLatin1String(".exe"), Qt::CaseInsensitive);
@@ -37,7 +37,7 @@ bool startsProcessesLater()
     return false;
 }
 
-// Wine may not tell.
+// Wine may not send the notification.
 bool isLeft(qintptr socketDescriptor)
 {
     char byte = 0;
@@ -47,7 +47,7 @@ bool isLeft(qintptr socketDescriptor)
 
 bool setTimeZone(const QByteArray & /*zone*/)
 {
-    return false; // it is the machine's
+    return false; // Windows has one for the whole machine
 }
 
 int resetPauseMs()

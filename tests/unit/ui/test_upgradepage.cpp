@@ -83,6 +83,7 @@ void TestUpgradePage::upgradingAfterCompletedKeepsTheCloseButton()
     page.showUpgrading();
     QVERIFY(!page.btnClose->isHidden());
     QVERIFY(!page.progressBar->isHidden());
+    QCOMPARE(page.btnCancel->text(), QStringLiteral("Cancel"));
     QCOMPARE(page.lblTitle->text(), QStringLiteral("Upgrading, please wait..."));
 }
 
