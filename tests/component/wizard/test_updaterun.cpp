@@ -321,18 +321,18 @@ void TestUpdateRun::barFollowsTheReportsUntilTheInstallerHasFinished()
 
 void TestUpdateRun::barIsFullOnlyWhenTheInstallerHasFinished_data()
 {
-    QTest::addColumn<qint64>("packageBytes");
+    QTest::addColumn<int>("packageBytes");
     QTest::addColumn<QList<int>>("reported");
     QTest::addColumn<QList<int>>("shown");
 
-    QTest::newRow("four chunks") << qint64(64 * 1024) << QList<int>{0, 25, 50, 75, 100}
+    QTest::newRow("four chunks") << 64 * 1024 << QList<int>{0, 25, 50, 75, 100}
                                  << QList<int>{0, 25, 50, 75, 99, 100};
-    QTest::newRow("no progress") << qint64(0) << QList<int>{0} << QList<int>{0, 99, 100};
+    QTest::newRow("no progress") << 0 << QList<int>{0} << QList<int>{0, 99, 100};
 }
 
 void TestUpdateRun::barIsFullOnlyWhenTheInstallerHasFinished()
 {
-    QFETCH(qint64, packageBytes);
+    QFETCH(int, packageBytes);
     QFETCH(QList<int>, reported);
     QFETCH(QList<int>, shown);
     QVERIFY(feed()->writePackage(packageBytes));
