@@ -29,7 +29,7 @@ void KBaseTask::start()
 {
     m_reply = createReply();
     m_bytesRead = 0;
-    // What nobody reads is not fetched, either.
+    // Do not let the framework buffer more of a body than is needed to see that it is too long.
     const qint64 buffer = m_reply->readBufferSize();
     if (m_maxSize >= 0 && (buffer == 0 || buffer > m_maxSize))
         m_reply->setReadBufferSize(m_maxSize + 1);

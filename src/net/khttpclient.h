@@ -25,7 +25,7 @@ public:
     KBaseTask::Status get(const QString &url, QByteArray &data, QString &error, int msec);
 
     /// Nothing is requested when the file cannot be opened: TaskFailed with the file's error text.
-    /// msec is ignored on purpose; a file may be large, and takes the time that it takes.
+    /// msec is ignored on purpose: a large file may take any time.
     KBaseTask::Status getFile(const QNetworkRequest &request, const QString &filePath,
                               QString &error, int msec);
     KBaseTask::Status getFile(const QString &url, const QString &filePath, QString &error,

@@ -30,7 +30,7 @@ class KNetworkProxyMgr : public QObject
     Q_OBJECT
 
 public:
-    /// The only manager, made on first use; it changes nothing before it is told to.
+    /// The only manager, made on first use; it changes nothing until settings are loaded or set.
     static KNetworkProxyMgr *instance();
 
     /// Deletes the manager. The proxy stays as it was applied.

@@ -12,7 +12,8 @@ class KBaseTask;
 
 /// Fetches the current configuration document and the pictures that it refers to, into the
 /// folders from which the pages read them. Whatever fails leaves the files of an earlier run in
-/// place. It sets itself no time limit: whoever waits does, and calls abort().
+/// place. There is no time limit here: the caller waits for as long as
+/// it may take and then calls abort().
 ///
 /// GUI thread; needs an event loop. May be destroyed at any time, also while requests run.
 class ConfigDownloader : public QObject
@@ -30,8 +31,8 @@ public:
     /// Ends what is running. finished() does not come from it.
     void abort();
 
-    /// Queues the pictures of a document. Returns whether the document offers any option; one
-    /// without is of no use to the pages.
+    /// Queues the pictures of a document. Returns whether the document offers any option; the
+    /// pages cannot use one without.
     bool collectImages(const QJsonObject &document);
 
     /// Queues one picture. A link that is queued already is fetched once and saved under both

@@ -667,7 +667,7 @@ void TestConfigDownloader::mayBeDestroyedFromItsFinishedSignal_data()
 {
     QTest::addColumn<Answer>("answer");
     QTest::newRow("document failed") << Answer::error(500);
-    QTest::newRow("document of no use") << Answer::ok("{}");
+    QTest::newRow("document without options") << Answer::ok("{}");
     QTest::newRow("no pictures") << Answer::ok(json(document({})));
     QTest::newRow("after a picture") << Answer(); // made below
 }

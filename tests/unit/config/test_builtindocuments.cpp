@@ -5,8 +5,8 @@
 #include <QtCore/QDir>
 #include <QtTest/QTest>
 
-/// The built-in documents through the program's own eyes. What they hold is checked as for every
-/// other document, by Resources/cfg/check.
+/// The built-in documents as the accessors read them. Resources/cfg/check checks their content, as
+/// that of every other document.
 class TestBuiltinDocuments : public TestCase
 {
     Q_OBJECT

@@ -54,7 +54,7 @@ void TestSharedAccessManager::fetchesFromTheWebAlone_data()
 {
     QTest::addColumn<QString>("link");
     QTest::newRow("file") << QUrl::fromLocalFile(localFile()).toString();
-    QTest::newRow("file, oddly written") << "FILE:"_s + localFile();
+    QTest::newRow("file, in capitals") << "FILE:"_s + localFile();
     QTest::newRow("path") << localFile();
     QTest::newRow("share") << "file://share.invalid/folder/a.png"_s;
     QTest::newRow("share in capitals") << "FILE://share.invalid/folder/a.png"_s;
