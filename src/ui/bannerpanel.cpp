@@ -11,8 +11,8 @@ constexpr qreal cornerRadius = 12;
 
 void BannerPanel::paintEvent(QPaintEvent * /*event*/)
 {
-    // The style sheet's picture is there already; what lies outside the corners goes again. The
-    // inner edge is kept straight by rounding a rectangle that reaches beyond it.
+    // The style sheet has painted the picture; clear it outside the rounded corners. The inner edge
+    // stays straight because the rounded rectangle reaches beyond it.
     const bool isMirrored = layoutDirection() == Qt::RightToLeft;
     QRectF rounded = rect();
     if (isMirrored)

@@ -66,17 +66,17 @@ BaseWindow::BaseWindow(QWidget *parent)
     HeldKeyFilter::install();
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
     setAttribute(Qt::WA_TranslucentBackground);
-    // The style sheet has pictures for this many pixels a unit. No display changes it: the scale
-    // factor is settled before the first window.
+    // Selects the style sheet's pictures for this many pixels per unit. It is the same on every
+    // display: the scale factor is set before the first window.
     setProperty("density", qBound(1, qCeil(devicePixelRatioF()), 3));
-    // Made as a child of a disabled window, it was disabled with it. Its own children would tell
-    // assistive technology so while they are half built, and be taken for nameless boxes for good.
+    // A child of a disabled window starts disabled. Its children would announce that to assistive
+    // technology before they have names, and screen readers would keep them as nameless widgets.
     setEnabled(true);
 }
 
 void BaseWindow::growToTexts()
 {
-    // Fonts come with the style sheet, which reaches widgets late.
+    // The style sheet sets the fonts, but only when a widget is polished.
     const QList<QWidget *> widgets = findChildren<QWidget *>();
     for (const QWidget *widget : widgets)
         widget->ensurePolished();

@@ -13,8 +13,8 @@ class BaseWindow : public QWidget
 public:
     explicit BaseWindow(QWidget *parent);
 
-    /// Makes the window as wide and high as its texts need, should they need more than it has: a
-    /// layout alone knows no bounds for texts that wrap. To be called before it is shown.
+    /// Grows the window to what its texts need; a layout alone sets no minimum height for texts
+    /// that wrap. Call before it is shown.
     void growToTexts();
 
 protected:

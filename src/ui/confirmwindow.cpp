@@ -18,7 +18,7 @@ ConfirmWindow::ConfirmWindow(QWidget *parent)
     btnCancel->setObjectName(QStringLiteral("PrimaryBtn"));
     btnRemove->setObjectName(QStringLiteral("SecondaryBtn"));
     Look::setWrappedText(checkBox, checkBox->text(), checkBoxTextWidth);
-    // Their least width hides what their texts need.
+    // The forms' minimum widths replace what longer texts need.
     for (QPushButton *button : {btnRemove, btnCancel}) {
         button->ensurePolished();
         button->setMinimumWidth(qMax(button->minimumWidth(), button->sizeHint().width()));

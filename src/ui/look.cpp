@@ -63,16 +63,16 @@ void giveHint(Edit *edit, const QString &text)
 
 QString pictureStyle(const QString &path)
 {
-    // Not even a quoted string can hold these.
-    static const QRegularExpression unspeakable(QStringLiteral("[\\x00-\\x1F\\x7F]"));
-    if (path.contains(unspeakable))
+    // A style sheet cannot hold these even in a quoted string.
+    static const QRegularExpression controlCharacters(QStringLiteral("[\\x00-\\x1F\\x7F]"));
+    if (path.contains(controlCharacters))
         return {};
 
-    // The style sheet would decode it whole, whatever the widget's size.
+    // The style sheet would decode the whole picture, whatever the widget's size.
     if (isTooLarge(path))
         return {};
 
-    // The style-sheet parser reads only these characters rightly in a bare url().
+    // The style-sheet parser accepts only these characters in a bare url().
     static const QRegularExpression plain(QStringLiteral("\\A[A-Za-z0-9 /:._~-]+\\z"));
     if (plain.match(path).hasMatch())
         return QStringLiteral(".QWidget{border-image: url(") + path + QStringLiteral(");}");

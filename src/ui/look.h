@@ -31,8 +31,8 @@ void setWrappedText(QAbstractButton *button, const QString &text, int width);
 void setHint(QLineEdit *edit, const QString &text);
 void setHint(QPlainTextEdit *edit, const QString &text);
 
-/// Tells screen readers what a page shows now. The page has the keyboard while nothing on it is to
-/// be done, and a new name of what has the keyboard is read aloud at once: say little.
+/// Tells screen readers what a page shows now. While there is nothing to do on it, the page itself
+/// has the focus, and screen readers read a new name of the focused widget at once: keep it short.
 void sayStatus(QWidget &page, const QStringList &texts);
 
 } // namespace Look

@@ -29,8 +29,7 @@ ProductList::ProductList(QWidget *parent)
 
 void ProductList::addProducts(const QList<QJsonObject> &products)
 {
-    // All rows before the first tile: the view looks at every tile that it has whenever a row
-    // comes.
+    // All rows before the first tile: each new row makes the view go through all its tiles.
     const int first = count();
     for (const QJsonObject &product : products) {
         auto *item = new QListWidgetItem;
@@ -42,7 +41,7 @@ void ProductList::addProducts(const QList<QJsonObject> &products)
     }
     for (int i = 0; i < products.size(); ++i) {
         const QJsonObject &product = products.at(i);
-        // Made where it will stand, so that it takes on its style once.
+        // Created with its final parent, so that it is polished only once.
         setItemWidget(item(first + i),
                       new ProductItem(Config::productIconPath(product), nameOf(product),
                                       descriptionOf(product), viewport()));

@@ -95,6 +95,11 @@ void ProductPage::setUninstallResult(bool success)
     m_uninstallResult = success;
 }
 
+QList<QJsonObject> ProductPage::productsIn(const QString &category) const
+{
+    return m_catalogue.value(category);
+}
+
 void ProductPage::tabButtonClicked(bool checked)
 {
     if (!checked)
@@ -123,7 +128,7 @@ void ProductPage::tabButtonClicked(bool checked)
     QList<QJsonObject> products;
     const QStringList categories = categoriesOf(m_currentTab);
     for (const QString &category : categories)
-        products += m_catalogue.value(category);
+        products += productsIn(category);
     lstProduct->addProducts(products);
     lstProduct->doItemsLayout();
 }

@@ -23,6 +23,9 @@ public:
     /// Whether the uninstallation succeeded; reported when the page is closed.
     void setUninstallResult(bool success);
 
+    /// The catalogue's products in a category, also in one that no tab shows.
+    QList<QJsonObject> productsIn(const QString &category) const;
+
 private Q_SLOTS:
     void tabButtonClicked(bool checked);
     void lstProductItemClicked(QListWidgetItem *item);

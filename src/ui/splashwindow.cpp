@@ -1,6 +1,9 @@
 #include "ui/splashwindow.h"
 
+#include "app/env/languages.h"
+
 #include <QtCore/QTimer>
+#include <QtCore/QTranslator>
 #include <QtGui/QPaintEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QShortcut>
@@ -23,16 +26,30 @@ SplashWindow::SplashWindow(QWidget *parent)
     setupUi(this);
     setWindowFlags(Qt::Tool | Qt::FramelessWindowHint); // no taskbar button of its own
     resize(720, 480);
+    translateForScreenReaders();
 
     connect(m_timer, &QTimer::timeout, this, &SplashWindow::timerTimeout);
     connect(btnClose, &QPushButton::clicked, this, &SplashWindow::closed);
     connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this,
             &SplashWindow::closed);
 
-    setFocus(); // and not the close button: nobody asked for it yet
+    setFocus(); // not the close button, or a key pressed by chance would end the program
 
     m_clock.start();
     m_timer->start(tickMs);
+}
+
+void SplashWindow::translateForScreenReaders()
+{
+    QTranslator catalogue;
+    if (!catalogue.load(Languages::translatorFileName(QString())))
+        return;
+    const auto text = [&catalogue](const char *source) {
+        return catalogue.translate("SplashWindow", source);
+    };
+    setAccessibleName(text("SplashWindow"));
+    setAccessibleDescription(text("Loading"));
+    btnClose->setAccessibleName(text("Close"));
 }
 
 qreal SplashWindow::angleAt(qint64 elapsedMs)

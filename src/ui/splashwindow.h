@@ -36,6 +36,8 @@ private Q_SLOTS:
     void timerTimeout();
 
 private:
+    /// The interface's language is set only when loading is over.
+    void translateForScreenReaders();
     QRect centred(int side) const;
     void paintGround(QPainter &painter, const QRect &area);
 

@@ -23,13 +23,14 @@ public:
     explicit UninstallPage(QWidget *parent = nullptr);
     UninstallPage(QWidget *parent, const QList<QJsonObject> &recommended);
 
-    /// Starts clock and bar; process is watched, not owned, and may be not started at all.
+    /// Starts clock and bar. The process is polled for its state, not owned; null counts as ended.
     void start(QProcess *process);
 
     /// Shows the failure view.
     void fail();
 
-    /// Shows it after so many milliseconds. A clock that jumps meanwhile makes no success of it.
+    /// Shows it after so many milliseconds. Until then the run cannot succeed, even when the clock
+    /// jumps to its end.
     void failAfter(int milliseconds);
 
     /// True from start() until the run was seen to end.

@@ -52,7 +52,9 @@ std::unique_ptr<MainWindow> wizardAt(Page *Ui_MainWindow::*page)
 
 std::unique_ptr<QWidget> splash()
 {
-    auto window = shown(std::make_unique<SplashWindow>(nullptr));
+    auto window = std::make_unique<SplashWindow>(nullptr);
+    window->setLayoutDirection(Qt::LeftToRight); // it is built before the language is set
+    window = shown(std::move(window));
     holdStill(*window);
     return window;
 }

@@ -1,5 +1,6 @@
 #include "tests/support/interfacelanguage.h"
 #include "tests/support/linkcatcher.h"
+#include "tests/support/literals.h"
 #include "tests/support/lookapplied.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
@@ -30,8 +31,7 @@ QStringList tooFaint(const QString &where, const QList<Gallery::Contrast> &texts
     QStringList list;
     for (const Gallery::Contrast &text : texts) {
         if (text.ratio < leastRatio)
-            list += QStringLiteral("%1: %2 \"%3\" has %4 (%5 on %6)")
-                        .arg(where, text.widget, text.text)
+            list += "%1: %2 \"%3\" has %4 (%5 on %6)"_s.arg(where, text.widget, text.text)
                         .arg(text.ratio, 0, 'f', 2)
                         .arg(text.ink.name(), text.ground.name());
     }
@@ -54,7 +54,7 @@ void TestContrast::everyTextOfThePagesIsReadable()
     const Sandbox sandbox;
     const LookApplied look;
     const LinkCatcher links;
-    const InterfaceLanguage language(*sandbox.operator->(), QStringLiteral("ENG"));
+    const InterfaceLanguage language(*sandbox.operator->(), "ENG"_s);
     QStringList complaints;
     int measured = 0;
     const QList<Gallery::Surface> surfaces = Gallery::surfaces();

@@ -1,3 +1,4 @@
+#include "tests/support/literals.h"
 #include "tests/support/lookapplied.h"
 #include "tests/support/testcase.h"
 #include "ui/basewindow.h"
@@ -66,18 +67,17 @@ QImage shown(BaseWindow &window, QWidget &child)
 
 void TestSharpness::everyPictureHasADenseSibling()
 {
-    const QDir folder(QStringLiteral(":/Resources/light"));
-    const QStringList names = folder.entryList({QStringLiteral("*_2x.png")});
+    const QDir folder(":/Resources/light"_s);
+    const QStringList names = folder.entryList({"*_2x.png"_s});
     QVERIFY(names.size() > 20);
     for (const QString &name : names) {
         // The splash draws its picture by itself, from one that is dense enough for all.
-        if (name == QStringLiteral("loading_2x.png")) {
+        if (name == "loading_2x.png"_s) {
             QCOMPARE(QImage(folder.filePath(name)).width(), 3 * 40);
             continue;
         }
-        const bool isButton = name.contains(QStringLiteral("yBtn_"));
-        const QString sibling = QString(name).replace(
-            QStringLiteral("_2x"), isButton ? QStringLiteral("_3x") : QStringLiteral("_2x@3x"));
+        const bool isButton = name.contains("yBtn_"_s);
+        const QString sibling = QString(name).replace("_2x"_s, isButton ? "_3x"_s : "_2x@3x"_s);
         const QImage two(folder.filePath(name));
         const QImage three(folder.filePath(sibling));
         QVERIFY2(!three.isNull(), qPrintable(sibling));
@@ -91,14 +91,12 @@ void TestSharpness::pictureOfAWidgetIsShownPixelByPixel()
     BaseWindow window(nullptr);
     QWidget picture(&window);
     picture.setFixedSize(320, 200);
-    picture.setStyleSheet(
-        QStringLiteral(".QWidget{border-image: url(:/Resources/light/Uninstalling_2x.png);}"));
+    picture.setStyleSheet(".QWidget{border-image: url(:/Resources/light/Uninstalling_2x.png);}"_s);
     const QImage image = shown(window, picture);
     if (image.width() == 320)
         QSKIP("drawn from twice the pixels; nothing can be lost");
-    const QString density = image.width() == 960 ? QStringLiteral("_2x@3x") : QStringLiteral("_2x");
-    const QImage expected =
-        onWhite(QImage(QStringLiteral(":/Resources/light/Uninstalling%1.png").arg(density)));
+    const QString density = image.width() == 960 ? "_2x@3x"_s : "_2x"_s;
+    const QImage expected = onWhite(QImage(":/Resources/light/Uninstalling%1.png"_s.arg(density)));
     QCOMPARE(image.size(), expected.size());
     QVERIFY2(worstDifference(image, expected) <= likeness,
              qPrintable(QString::number(worstDifference(image, expected))));
@@ -107,8 +105,8 @@ void TestSharpness::pictureOfAWidgetIsShownPixelByPixel()
 void TestSharpness::buttonIsShownPixelByPixel_data()
 {
     QTest::addColumn<QString>("look");
-    QTest::newRow("primary") << QStringLiteral("PrimaryBtn");
-    QTest::newRow("secondary") << QStringLiteral("SecondaryBtn");
+    QTest::newRow("primary") << "PrimaryBtn"_s;
+    QTest::newRow("secondary") << "SecondaryBtn"_s;
 }
 
 void TestSharpness::buttonIsShownPixelByPixel()
@@ -120,10 +118,9 @@ void TestSharpness::buttonIsShownPixelByPixel()
     button.setObjectName(look);
     button.setFixedSize(96, 40);
     const QImage image = shown(window, button);
-    const QString density =
-        image.width() == 96 ? QString() : QStringLiteral("_%1x").arg(image.width() / 96);
+    const QString density = image.width() == 96 ? QString() : "_%1x"_s.arg(image.width() / 96);
     const QImage expected =
-        onWhite(QImage(QStringLiteral(":/Resources/light/%1_normal%2.png").arg(look, density)));
+        onWhite(QImage(":/Resources/light/%1_normal%2.png"_s.arg(look, density)));
     QCOMPARE(image.size(), expected.size());
     QVERIFY2(worstDifference(image, expected) <= likeness,
              qPrintable(QString::number(worstDifference(image, expected))));

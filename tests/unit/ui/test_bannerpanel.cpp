@@ -1,3 +1,4 @@
+#include "tests/support/literals.h"
 #include "tests/support/testcase.h"
 #include "ui/bannerpanel.h"
 #include "ui/look.h"
@@ -26,7 +27,7 @@ void TestBannerPanel::outerCornersAreRounded()
 {
     QFETCH(Qt::LayoutDirection, direction);
     const QTemporaryDir folder;
-    const QString file = folder.filePath(QStringLiteral("square.png"));
+    const QString file = folder.filePath("square.png"_s);
     QImage square(20, 20, QImage::Format_ARGB32);
     square.fill(Qt::red);
     QVERIFY(square.save(file));

@@ -1,6 +1,7 @@
 #include "analytics/session.h"
 #include "config/content/configcontent.h"
 #include "tests/support/analyticsrecord.h"
+#include "tests/support/literals.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
 #include "ui/optionpage.h"
@@ -51,12 +52,12 @@ QJsonObject object(const char *json)
 
 QJsonObject product(const QString &link)
 {
-    return {{QStringLiteral("pid"), 12}, {QStringLiteral("url"), link}};
+    return {{"pid"_s, 12}, {"url"_s, link}};
 }
 
 QJsonObject productWithIcon(const QString &link)
 {
-    return {{QStringLiteral("pid"), 12}, {QStringLiteral("icon"), link}};
+    return {{"pid"_s, 12}, {"icon"_s, link}};
 }
 
 } // namespace
@@ -79,14 +80,14 @@ void TestHostileDocument::cleanup()
 
 void TestHostileDocument::opensNothingWithoutAClick()
 {
-    const QString link = QStringLiteral("file:///C:/Windows/System32/calc.exe");
+    const QString link = "file:///C:/Windows/System32/calc.exe"_s;
     OptionPage optionPage(nullptr, {object(R"({"value": 1, "title": "a", "button_name": "b",
                                       "banner_click_url": "file:///C:/a.exe",
                                       "banner_url": "file:///C:/a.png",
                                       "extend": "{\"option_type\":\"jump\",\"url\":\"file:///C:/\"}"})")});
     UninstallPage uninstallPage(nullptr, {product(link)});
-    ProductPage productPage(nullptr, {{{QStringLiteral("key"), QStringLiteral("utilities")},
-                                       {QStringLiteral("list"), QJsonArray{product(link)}}}});
+    ProductPage productPage(nullptr,
+                            {{{"key"_s, "utilities"_s}, {"list"_s, QJsonArray{product(link)}}}});
     for (QWidget *page :
          std::initializer_list<QWidget *>{&optionPage, &uninstallPage, &productPage})
         page->show();
@@ -99,12 +100,12 @@ void TestHostileDocument::opensNothingWithoutAClick()
 void TestHostileDocument::linksAreHandedOverAsTheyStand_data()
 {
     QTest::addColumn<QString>("link");
-    QTest::newRow("web") << QStringLiteral("https://www.norvane.example/a?b=1");
-    QTest::newRow("program") << QStringLiteral("file:///C:/Windows/System32/calc.exe");
-    QTest::newRow("share") << QStringLiteral("file://share.example/a.exe");
-    QTest::newRow("script") << QStringLiteral("javascript:alert(1)");
-    QTest::newRow("settings") << QStringLiteral("ms-settings:privacy");
-    QTest::newRow("program's own scheme") << QStringLiteral("norvane:remove");
+    QTest::newRow("web") << "https://www.norvane.example/a?b=1"_s;
+    QTest::newRow("program") << "file:///C:/Windows/System32/calc.exe"_s;
+    QTest::newRow("share") << "file://share.example/a.exe"_s;
+    QTest::newRow("script") << "javascript:alert(1)"_s;
+    QTest::newRow("settings") << "ms-settings:privacy"_s;
+    QTest::newRow("program's own scheme") << "norvane:remove"_s;
 }
 
 void TestHostileDocument::linksAreHandedOverAsTheyStand()
@@ -113,22 +114,20 @@ void TestHostileDocument::linksAreHandedOverAsTheyStand()
     UninstallPage page(nullptr, {product(link)});
     Q_EMIT page.lstProduct->itemClicked(page.lstProduct->item(0));
     QCOMPARE(m_opened, QStringList(link));
-    QCOMPARE(AnalyticsRecord::events().constLast().properties.value(QLatin1String("Clickurl")),
+    QCOMPARE(AnalyticsRecord::events().constLast().properties.value("Clickurl"_s),
              QJsonValue(link));
 }
 
 void TestHostileDocument::markupIsShownAsText()
 {
-    const QString markup =
-        QStringLiteral("<a href=\"file:///C:/\">a</a><img src=\"http://x.example/\">&amp;");
+    const QString markup = "<a href=\"file:///C:/\">a</a><img src=\"http://x.example/\">&amp;"_s;
     QJsonObject option = object(R"({"value": 1, "button_name": "<b>x</b>"})");
-    option.insert(QStringLiteral("title"), markup);
-    option.insert(QStringLiteral("banner_title"), markup);
+    option.insert("title"_s, markup);
+    option.insert("banner_title"_s, markup);
     QJsonObject homepage = option;
-    homepage.insert(QStringLiteral("extend"), QStringLiteral("{\"option_type\":\"homepage\"}"));
+    homepage.insert("extend"_s, "{\"option_type\":\"homepage\"}"_s);
     OptionPage optionPage(nullptr, {homepage, option});
-    UninstallPage uninstallPage(
-        nullptr, {{{QStringLiteral("name"), markup}, {QStringLiteral("desc"), markup}}});
+    UninstallPage uninstallPage(nullptr, {{{"name"_s, markup}, {"desc"_s, markup}}});
     int shown = 0;
     for (const QWidget *page : std::initializer_list<QWidget *>{&optionPage, &uninstallPage}) {
         const QList<QLabel *> labels = page->findChildren<QLabel *>();
@@ -178,7 +177,7 @@ void TestHostileDocument::namesOfPicturesStayInTheirFolder()
 void TestHostileDocument::plantedPictureIsNoRule()
 {
     // The suffix of a link becomes a part of a style sheet, once such a file is there.
-    const QString link = QStringLiteral("https://h.example/a.png);}*{min-width:777px");
+    const QString link = "https://h.example/a.png);}*{min-width:777px"_s;
     const QString file = Config::imagesDir() + QLatin1Char('/') +
                          Config::productPicture(productWithIcon(link)).fileName;
     QFile planted(file);

@@ -1,3 +1,4 @@
+#include "tests/support/literals.h"
 #include "tests/support/testcase.h"
 #include "ui/look.h"
 
@@ -37,11 +38,10 @@ QColor centreOf(QWidget &widget)
 
 void TestLook::plainPathsAreWrittenBare()
 {
-    QCOMPARE(Look::pictureStyle(QStringLiteral(":/Resources/light/Option0_2x.png")),
-             QStringLiteral(".QWidget{border-image: url(:/Resources/light/Option0_2x.png);}"));
-    QCOMPARE(Look::pictureStyle(QStringLiteral("C:/Temp/Norvane Clipwright Uninstaller/a.png")),
-             QStringLiteral(
-                 ".QWidget{border-image: url(C:/Temp/Norvane Clipwright Uninstaller/a.png);}"));
+    QCOMPARE(Look::pictureStyle(":/Resources/light/Option0_2x.png"_s),
+             ".QWidget{border-image: url(:/Resources/light/Option0_2x.png);}"_s);
+    QCOMPARE(Look::pictureStyle("C:/Temp/Norvane Clipwright Uninstaller/a.png"_s),
+             ".QWidget{border-image: url(C:/Temp/Norvane Clipwright Uninstaller/a.png);}"_s);
 }
 
 void TestLook::pictureIsShownWhateverItsName_data()
@@ -77,7 +77,7 @@ void TestLook::pictureIsShownWhateverItsName()
 
 void TestLook::controlCharactersGiveNoPicture()
 {
-    QCOMPARE(Look::pictureStyle(QStringLiteral("/a/line\nbreak.png")), QString());
+    QCOMPARE(Look::pictureStyle("/a/line\nbreak.png"_s), QString());
     QCOMPARE(Look::pictureStyle(QString(QLatin1String("/a/\0.png", 7))), QString());
 }
 
@@ -86,9 +86,9 @@ void TestLook::pathCannotAddARule()
     QWidget panel;
     QLabel label(&panel);
     label.resize(40, 40);
-    panel.setStyleSheet(Look::pictureStyle(QStringLiteral("/none/x.png);} * {background: blue")));
+    panel.setStyleSheet(Look::pictureStyle("/none/x.png);} * {background: blue"_s));
     QVERIFY(centreOf(label) != QColor(Qt::blue));
-    panel.setStyleSheet(Look::pictureStyle(QStringLiteral("/none/x\");} * {background: blue")));
+    panel.setStyleSheet(Look::pictureStyle("/none/x\");} * {background: blue"_s));
     QVERIFY(centreOf(label) != QColor(Qt::blue));
 }
 
@@ -96,30 +96,30 @@ void TestLook::enormousPictureIsNotDecoded()
 {
     const QTemporaryDir folder;
     const auto style = [&folder](int width, int height) {
-        const QString path = folder.filePath(QStringLiteral("a.png"));
+        const QString path = folder.filePath("a.png"_s);
         QImage picture(width, height, QImage::Format_Mono); // a few kilobytes of file
         picture.fill(1);
-        return picture.save(path, "PNG") ? Look::pictureStyle(path) : QStringLiteral("not saved");
+        return picture.save(path, "PNG") ? Look::pictureStyle(path) : "not saved"_s;
     };
     QCOMPARE(style(40000, 8000), QString());
     QCOMPARE(style(4096, 4097), QString());
-    QVERIFY(style(4096, 4096).contains(QLatin1String("a.png")));
-    QVERIFY(style(2560, 1600).contains(QLatin1String("a.png")));
+    QVERIFY(style(4096, 4096).contains("a.png"_s));
+    QVERIFY(style(2560, 1600).contains("a.png"_s));
 }
 
 void TestLook::ampersandsAreShown()
 {
-    QCOMPARE(Look::buttonText(QStringLiteral("Q&A && more")), QStringLiteral("Q&&A &&&& more"));
+    QCOMPARE(Look::buttonText("Q&A && more"_s), "Q&&A &&&& more"_s);
 }
 
 void TestLook::longTextIsBrokenIntoLines()
 {
     QCheckBox box;
-    Look::setWrappedText(&box, QStringLiteral("Short"), 200);
-    QCOMPARE(box.text(), QStringLiteral("Short"));
+    Look::setWrappedText(&box, "Short"_s, 200);
+    QCOMPARE(box.text(), "Short"_s);
 
     const QString text =
-        QStringLiteral("A very long text & more of it that no button could show in a single line");
+        "A very long text & more of it that no button could show in a single line"_s;
     Look::setWrappedText(&box, text, 200);
     const QStringList lines = box.text().split(QLatin1Char('\n'));
     QVERIFY(lines.size() >= 2);

@@ -1,3 +1,4 @@
+#include "tests/support/literals.h"
 #include "tests/support/patience.h"
 #include "tests/support/testcase.h"
 #include "ui/upgradepage.h"
@@ -25,10 +26,10 @@ private Q_SLOTS:
 void TestUpgradePage::firstLook()
 {
     const UpgradePage page;
-    QCOMPARE(page.btnCancel->objectName(), QStringLiteral("SecondaryBtn"));
-    QCOMPARE(page.btnCancel->text(), QStringLiteral("Cancel"));
-    QCOMPARE(page.lblTitle->text(), QStringLiteral("Upgrading, please wait..."));
-    QCOMPARE(page.label_2->text(), QStringLiteral("TextLabel"));
+    QCOMPARE(page.btnCancel->objectName(), "SecondaryBtn"_s);
+    QCOMPARE(page.btnCancel->text(), "Cancel"_s);
+    QCOMPARE(page.lblTitle->text(), "Upgrading, please wait..."_s);
+    QCOMPARE(page.label_2->text(), "TextLabel"_s);
     QCOMPARE(page.progressBar->value(), 24);
     QVERIFY(!page.progressBar->isTextVisible());
     QVERIFY(page.btnClose->isHidden());
@@ -39,7 +40,7 @@ void TestUpgradePage::everyValueIsShownAtOnce()
     const UpgradePage page;
     for (int value = 0; value <= 100; ++value) {
         page.progressBar->setValue(value);
-        QCOMPARE(page.label_2->text(), QStringLiteral("%1%").arg(value));
+        QCOMPARE(page.label_2->text(), "%1%"_s.arg(value));
     }
 }
 
@@ -49,14 +50,14 @@ void TestUpgradePage::upgradingLookStartsAtZero()
     page.progressBar->setValue(99); // as a finished download leaves it
     page.showUpgrading();
     QCOMPARE(page.progressBar->value(), 0);
-    QCOMPARE(page.label_2->text(), QStringLiteral("0%"));
+    QCOMPARE(page.label_2->text(), "0%"_s);
 
-    page.label_2->setText(QStringLiteral("something else"));
+    page.label_2->setText("something else"_s);
     page.showUpgrading(); // the value does not change, the text does
-    QCOMPARE(page.label_2->text(), QStringLiteral("0%"));
-    QCOMPARE(page.btnCancel->text(), QStringLiteral("Cancel"));
+    QCOMPARE(page.label_2->text(), "0%"_s);
+    QCOMPARE(page.btnCancel->text(), "Cancel"_s);
     QCOMPARE(page.imgUpgrade->styleSheet(),
-             QStringLiteral(".QWidget{border-image: url(:/Resources/light/Upgrading_2x.png);}"));
+             ".QWidget{border-image: url(:/Resources/light/Upgrading_2x.png);}"_s);
     QVERIFY(!page.progressBar->isHidden());
 }
 
@@ -66,12 +67,11 @@ void TestUpgradePage::completedLook()
     page.showUpgrading();
     page.progressBar->setValue(100);
     page.showCompleted();
-    QCOMPARE(page.lblTitle->text(), QStringLiteral("Upgrade completed"));
-    QCOMPARE(page.label_2->text(), QStringLiteral("The new version is more stable and faster!"));
-    QCOMPARE(page.btnCancel->text(), QStringLiteral("Launch"));
-    QCOMPARE(
-        page.imgUpgrade->styleSheet(),
-        QStringLiteral(".QWidget{border-image: url(:/Resources/light/UpgradeSuccess_2x.png);}"));
+    QCOMPARE(page.lblTitle->text(), "Upgrade completed"_s);
+    QCOMPARE(page.label_2->text(), "The new version is more stable and faster!"_s);
+    QCOMPARE(page.btnCancel->text(), "Launch"_s);
+    QCOMPARE(page.imgUpgrade->styleSheet(),
+             ".QWidget{border-image: url(:/Resources/light/UpgradeSuccess_2x.png);}"_s);
     QVERIFY(page.progressBar->isHidden());
     QVERIFY(!page.btnClose->isHidden());
 }
@@ -83,8 +83,8 @@ void TestUpgradePage::upgradingAfterCompletedKeepsTheCloseButton()
     page.showUpgrading();
     QVERIFY(!page.btnClose->isHidden());
     QVERIFY(!page.progressBar->isHidden());
-    QCOMPARE(page.btnCancel->text(), QStringLiteral("Cancel"));
-    QCOMPARE(page.lblTitle->text(), QStringLiteral("Upgrading, please wait..."));
+    QCOMPARE(page.btnCancel->text(), "Cancel"_s);
+    QCOMPARE(page.lblTitle->text(), "Upgrading, please wait..."_s);
 }
 
 void TestUpgradePage::actionTellsWhetherItIsDisabled()
@@ -126,12 +126,11 @@ void TestUpgradePage::upgradeIsReadAloud()
     }
     page.showCompleted();
     read += page.accessibleName();
-    const QString upgrading = QStringLiteral("Upgrading, please wait... ");
-    QCOMPARE(read,
-             (QStringList{upgrading + QStringLiteral("0%"), upgrading + QStringLiteral("12%"),
-                          upgrading + QStringLiteral("31%"), upgrading + QStringLiteral("100%"),
-                          QStringLiteral("Upgrade completed "
-                                         "The new version is more stable and faster!")}));
+    const QString upgrading = "Upgrading, please wait... "_s;
+    QCOMPARE(read, (QStringList{upgrading + "0%"_s, upgrading + "12%"_s, upgrading + "31%"_s,
+                                upgrading + "100%"_s,
+                                "Upgrade completed "
+                                "The new version is more stable and faster!"_s}));
 }
 
 // The action takes the keyboard back with the news, after it was disabled during the installation.
@@ -150,9 +149,9 @@ void TestUpgradePage::focusStaysOnThePage()
     page.showCompleted();
     QVERIFY(page.btnCancel->hasFocus());
     const QAccessibleInterface *read = QAccessible::queryAccessibleInterface(page.btnCancel);
-    QCOMPARE(read->text(QAccessible::Name), QStringLiteral("Launch"));
+    QCOMPARE(read->text(QAccessible::Name), "Launch"_s);
     QCOMPARE(read->text(QAccessible::Description),
-             QStringLiteral("Upgrade completed The new version is more stable and faster!"));
+             "Upgrade completed The new version is more stable and faster!"_s);
 
     page.showUpgrading();
     QCOMPARE(page.btnCancel->accessibleDescription(), QString());

@@ -1,3 +1,4 @@
+#include "tests/support/literals.h"
 #include "tests/support/testcase.h"
 #include "ui/wrappedlabel.h"
 
@@ -52,9 +53,9 @@ void TestWrappedLabel::wordTooWideForTheLabelIsBroken()
 void TestWrappedLabel::tallTextShrinksToTheHeightAllowed()
 {
     WrappedLabel label;
-    label.setStyleSheet(QStringLiteral("font-size: 20px"));
+    label.setStyleSheet("font-size: 20px"_s);
     label.setWordWrap(true);
-    label.setText(QStringLiteral("First\nsecond"));
+    label.setText("First\nsecond"_s);
     label.show();
     const int needed = label.heightForWidth(400);
     label.setMaximumHeight(needed);
