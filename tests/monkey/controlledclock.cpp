@@ -19,7 +19,7 @@ int readRealClock(clockid_t clock, timespec *time)
 
 } // namespace
 
-// Stands in front of the C library's, for everything that the executable is linked with.
+// Replaces the C library's function for the executable and all its libraries.
 extern "C" int clock_gettime(clockid_t clock, timespec *time) noexcept
 {
     if (!isTakenOver || clock != CLOCK_MONOTONIC)

@@ -2,8 +2,8 @@
 
 #include <chrono>
 
-/// Time that passes only when told to, for the GUI thread: what Qt's timers and elapsed-time clocks
-/// of that thread read. Other threads, and waiting for processes, go by the real time.
+/// Makes the monotonic clock of the GUI thread, which Qt's timers and QElapsedTimer read, stand
+/// still until advance(). Other threads, and waiting for processes, use the real time.
 namespace ControlledClock {
 
 /// From now on the calling thread's monotonic time stands still.

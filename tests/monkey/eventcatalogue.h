@@ -3,7 +3,7 @@
 #include <QtCore/QJsonObject>
 #include <QtCore/QString>
 
-/// What the receiving side of the usage events relies on.
+/// The form of every usage event, as the receiving side relies on it.
 namespace EventCatalogue {
 
 /// What is wrong with an event as the analytics library recorded it; empty when nothing is.

@@ -46,7 +46,7 @@ int perform(HeldLibrary::Call call, wchar_t *jsonOut, int outCapacity, nvupgrade
         state.progress.reset();
         changed.notify_all();
     }
-    // As the real one, it fills the buffer to the brim if it has to.
+    // A longer answer is cut at the buffer's end, as by the real library.
     const std::size_t length =
         std::min(state.answer->size(), static_cast<std::size_t>(outCapacity) - 1);
     std::transform(state.answer->begin(),
@@ -84,7 +84,7 @@ void reset()
 
 bool waitForCalls(int count, std::chrono::seconds limit)
 {
-    // By the real time: the caller's own may stand still.
+    // Measured in real time: the caller's clock may stand still.
     const auto end = ControlledClock::realTime() + limit;
     const auto areThere = [count] {
         const std::lock_guard lock(mutex);

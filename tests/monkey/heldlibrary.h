@@ -3,29 +3,28 @@
 #include <chrono>
 #include <string>
 
-/// An upgrade library whose calls really block, on the thread that made them, until they are told
-/// how to go on. It stands in for the one that the program is linked with. All functions are for
-/// the thread that tells.
+/// An upgrade library whose calls block the calling thread until the test answers them. It replaces
+/// the one that the program is linked with. The functions below are for the test's thread.
 namespace HeldLibrary {
 
 enum class Call { None, Check, Download };
 
-/// Forgets what was; no call may be in progress.
+/// Resets all counts; no call may be in progress.
 void reset();
 
-/// Calls that were entered so far; waits until there are that many. False: they did not come.
+/// Waits until that many calls were entered since reset(). Returns false at the limit.
 bool waitForCalls(int count, std::chrono::seconds limit);
 
-/// The call that waits to be told.
+/// The call that waits for its answer.
 Call current();
 
-/// Most calls that were in progress at a time.
+/// The largest number of calls in progress at a time.
 int mostAtATime();
 
-/// The download in progress reports this; it has done so when the function returns.
+/// Makes the download in progress report a percentage, and returns when it has.
 void reportProgress(int percent);
 
-/// The call in progress returns with this answer.
+/// Makes the call in progress return this answer.
 void answer(const std::string &json);
 
 } // namespace HeldLibrary

@@ -5,6 +5,7 @@
 #include "tests/monkey/eventcatalogue.h"
 #include "tests/monkey/heldlibrary.h"
 #include "tests/support/analyticsrecord.h"
+#include "tests/support/literals.h"
 #include "tests/support/mainwindowstate.h"
 #include "ui/confirmwindow.h"
 #include "ui/messagewindow.h"
@@ -13,16 +14,17 @@
 #include <QtCore/QAbstractEventDispatcher>
 #include <QtCore/QFile>
 #include <QtCore/QJsonDocument>
-#include <QtCore/QThread>
-#include <QtGui/QGuiApplication>
 #include <QtGui/QWindow>
 #include <QtTest/QTest>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QRadioButton>
 
+#include <algorithm>
 #include <csignal>
+#include <initializer_list>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -32,39 +34,27 @@ constexpr auto patience = 20s; ///< of real time, for threads and processes
 
 const auto stepEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 
-struct Answer
-{
-    const char *json;
-    bool isSuccess; ///< what is no JSON counts as one, without data
-    bool isOffer;
-};
+const QVector<const char *> checkAnswers{
+    R"({"errcode":"0","result":{"needupgrade":"1","upgradeVersion":"8.0.0.1","path":"%1"}})",
+    R"({"errcode":"0","result":{"needupgrade":"1","upgradeVersion":"8.0.0.1","path":"%1"}})",
+    R"({"errcode":"0","result":{"needupgrade":"1","upgradeVersion":"8","path":"/nowhere"}})",
+    R"({"errcode":"0","result":{"needupgrade":"0"}})",
+    R"({"errcode":"12","result":{"needupgrade":"1"}})",
+    R"({"errcode":"99999999999999999999"})",
+    R"({"errcode":"0","result":[1]})",
+    "no JSON",
+    ""};
 
-const QVector<Answer> checkAnswers{
-    {R"({"errcode":"0","result":{"needupgrade":"1","upgradeVersion":"8.0.0.1","path":"%1"}})", true,
-     true},
-    {R"({"errcode":"0","result":{"needupgrade":"1","upgradeVersion":"8.0.0.1","path":"%1"}})", true,
-     true},
-    {R"({"errcode":"0","result":{"needupgrade":"1","upgradeVersion":"8","path":"/nowhere"}})", true,
-     true},
-    {R"({"errcode":"0","result":{"needupgrade":"0"}})", true, false},
-    {R"({"errcode":"12","result":{"needupgrade":"1"}})", false, false},
-    {R"({"errcode":"99999999999999999999"})", false, false},
-    {R"({"errcode":"0","result":[1]})", true, false},
-    {"no JSON", true, false},
-    {"", true, false}};
-
-const QVector<Answer> downloadAnswers{
-    {R"({"errcode":"0","result":{"downloaded":"1","path":"%1"}})", true, false},
-    {R"({"errcode":"0","result":{"downloaded":"1","path":"%1"}})", true, false},
-    {R"({"errcode":"-3","errmsg":"cannot copy"})", false, false},
-    {R"({"errcode":"5"})", false, false},
-    {"{\"errcode\":", true, false}};
+const QVector<const char *> downloadAnswers{
+    R"({"errcode":"0","result":{"downloaded":"1","path":"%1"}})",
+    R"({"errcode":"0","result":{"downloaded":"1","path":"%1"}})",
+    R"({"errcode":"-3","errmsg":"cannot copy"})", R"({"errcode":"5"})", "{\"errcode\":"};
 
 /// The processes of which this one is the parent, as the system has them.
 QList<qint64> childProcesses()
 {
     // All are started by the first thread, whose number is that of the process.
-    QFile file(QStringLiteral("/proc/self/task/%1/children").arg(getpid()));
+    QFile file("/proc/self/task/%1/children"_s.arg(getpid()));
     if (!file.open(QIODevice::ReadOnly))
         qFatal("the system does not tell the children of a process");
     QList<qint64> children;
@@ -89,13 +79,20 @@ QList<QWidget *> visibleDialogs()
     return dialogs;
 }
 
+QString firstBroken(std::initializer_list<std::pair<bool, const char *>> rules)
+{
+    const auto *broken =
+        std::find_if(rules.begin(), rules.end(), [](const auto &rule) { return rule.first; });
+    return broken == rules.end() ? QString() : QString::fromLatin1(broken->second);
+}
+
 QString nameOf(const QWidget *widget)
 {
     QString name = QString::fromLatin1(widget->metaObject()->className());
     if (!widget->objectName().isEmpty())
         name += QLatin1Char(' ') + widget->objectName();
     if (const auto *button = qobject_cast<const QAbstractButton *>(widget))
-        name += QStringLiteral(" \"%1\"").arg(button->text().simplified());
+        name += " \"%1\""_s.arg(button->text().simplified());
     return name;
 }
 
@@ -116,7 +113,7 @@ void Life::live()
     HeldLibrary::reset();
     AnalyticsRecord::restart();
     m_window = std::make_unique<MainWindow>(nullptr);
-    watchHelper(); // after the window, so that it has heard of whatever is heard here
+    watchHelper(); // after the window's own connections, which are called first
     watchProcesses();
     m_window->show();
     m_window->activateWindow();
@@ -135,7 +132,7 @@ void Life::live()
 void Life::watchHelper()
 {
     const NvUpgradeHelper *helper = NvUpgradeHelper::instance();
-    // From here on the other thread takes its time.
+    // From here on an answer may come from the other thread at any time.
     const auto count = [this](int &requests) {
         ++requests;
         m_isAwaiting = true;
@@ -163,7 +160,7 @@ void Life::watchProcesses()
     connect(m_installer, &QProcess::stateChanged, this, [this](QProcess::ProcessState state) {
         m_installerStarts += state == QProcess::Starting;
         m_installersStarted += state == QProcess::Running;
-        m_isAwaiting = true; // from here on the system takes its time
+        m_isAwaiting = true; // the next change of state may come at any time
     });
     connect(m_uninstaller, &QProcess::stateChanged, this, [this](QProcess::ProcessState state) {
         m_uninstallersStarted += state == QProcess::Running;
@@ -172,7 +169,7 @@ void Life::watchProcesses()
             return;
         ++m_uninstallerStarts;
         if (m_random.oneIn(4)) {
-            note(QStringLiteral("close while the uninstaller starts"));
+            note("close while the uninstaller starts"_s);
             m_window->windowHandle()->close();
         }
     });
@@ -203,7 +200,7 @@ bool Life::event(QEvent *event)
     if (event->type() != stepEvent)
         return QObject::event(event);
     m_hasStepped = true;
-    // Now and then several steps with no rest between them.
+    // Sometimes several steps without a rest between them.
     int left = m_random.oneIn(6) ? 2 + m_random.below(2) : 1;
     const int rests = m_rests;
     do
@@ -213,7 +210,7 @@ bool Life::event(QEvent *event)
     return true;
 }
 
-/// Called whenever the event loop, the innermost one, has nothing to do but wait.
+/// Called whenever the innermost event loop is about to wait.
 void Life::rested()
 {
     if (m_isOver)
@@ -223,12 +220,12 @@ void Life::rested()
         if (!m_waitingSince)
             m_waitingSince = now;
         if (now - *m_waitingSince > patience)
-            fail(QStringLiteral("a child or an answer never arrived"));
+            fail("a child or an answer never arrived"_s);
         return;
     }
     m_waitingSince.reset();
     if (std::exchange(m_hasStepped, false)) {
-        // Timers come first, and loops that were told to end.
+        // Let timers run, and loops return that were told to quit.
         QAbstractEventDispatcher::instance()->wakeUp();
         return;
     }
@@ -256,7 +253,7 @@ bool Life::isSettled()
         return false;
     m_isChildTold = false;
     if (!HeldLibrary::waitForCalls(m_checks + m_downloads, patience)) {
-        fail(QStringLiteral("a request never reached the upgrade library"));
+        fail("a request never reached the upgrade library"_s);
         return false;
     }
     return m_answersHeard == m_answersTold;
@@ -277,12 +274,10 @@ void Life::step()
         type();
     else if (draw < 30)
         closeFromWindowSystem();
-    else if (draw < 33)
-        pressOrRelease();
-    else if (draw < 34)
-        resizeWindow();
+    else if (draw < 39)
+        useMouseAnywhere();
     else if (draw < 40)
-        clickAnywhere();
+        resizeWindow();
     else if (draw < 60 && isRunning())
         endChild();
     else if (draw < 80 && isCallOpen)
@@ -291,7 +286,7 @@ void Life::step()
         click();
 }
 
-/// Mostly the window that takes input now, sometimes the one behind it.
+/// Mostly the window that takes input, sometimes the one behind it.
 QWidget *Life::target()
 {
     QWidget *dialog = QApplication::activeModalWidget();
@@ -314,13 +309,12 @@ void Life::click()
         return;
     QWidget *widget = m_random.oneOf(candidates);
     const auto *button = qobject_cast<QAbstractButton *>(widget);
-    const bool endsTheLife =
-        button && (button->text() == QLatin1String("Cancel") ||
-                   button->text() == QLatin1String("Close") || button->text().isEmpty());
+    const bool endsTheLife = button && (button->text() == "Cancel"_s ||
+                                        button->text() == "Close"_s || button->text().isEmpty());
     if (endsTheLife && !m_random.oneIn(8))
         widget = m_random.oneOf(candidates);
-    // Of the many reasons on its page few lead on.
-    if (m_window->optionPage->btnNext->isVisible() && m_random.oneIn(4))
+    // Few of the reasons have an offer.
+    if (m_window->optionPage->btnNext->isVisible() && m_random.oneIn(2))
         widget = m_window->optionPage->btnNext;
 
     QPoint position = widget->rect().center();
@@ -328,19 +322,23 @@ void Life::click()
         if (list->count() > 0)
             position = list->visualItemRect(list->item(m_random.below(list->count()))).center();
     }
-    note(QStringLiteral("click ") + nameOf(widget));
+    note("click "_s + nameOf(widget));
     clickAt(widget->window(), widget->mapTo(widget->window(), position));
 }
 
-void Life::clickAnywhere()
+void Life::useMouseAnywhere()
 {
     QWidget *window = target();
     const QPoint position(m_random.below(window->width()), m_random.below(window->height()));
-    note(QStringLiteral("click at %1, %2 of %3")
-             .arg(position.x())
-             .arg(position.y())
-             .arg(nameOf(window)));
-    clickAt(window, position);
+    const int draw = m_random.below(9);
+    const auto what = draw < 6 ? "click"_s : draw < 8 ? "press"_s : "release"_s;
+    note("%1 at %2, %3 of %4"_s.arg(what).arg(position.x()).arg(position.y()).arg(nameOf(window)));
+    if (draw < 6)
+        clickAt(window, position);
+    else if (window->isVisible() && window->windowHandle() && draw < 8)
+        QTest::mousePress(window->windowHandle(), Qt::LeftButton, Qt::NoModifier, position);
+    else if (window->isVisible() && window->windowHandle())
+        QTest::mouseRelease(window->windowHandle(), Qt::LeftButton, Qt::NoModifier, position);
 }
 
 // Through the window system's queue, so that modality and disabled windows count.
@@ -348,20 +346,6 @@ void Life::clickAt(QWidget *window, const QPoint &position)
 {
     if (window->windowHandle() && window->isVisible() && window->rect().contains(position))
         QTest::mouseClick(window->windowHandle(), Qt::LeftButton, Qt::NoModifier, position);
-}
-
-void Life::pressOrRelease()
-{
-    QWidget *window = target();
-    const QPoint position(m_random.below(window->width()), m_random.below(window->height()));
-    const bool isPress = m_random.oneIn(2);
-    note(isPress ? QStringLiteral("press") : QStringLiteral("release"));
-    if (!window->windowHandle() || !window->isVisible())
-        return;
-    if (isPress)
-        QTest::mousePress(window->windowHandle(), Qt::LeftButton, Qt::NoModifier, position);
-    else
-        QTest::mouseRelease(window->windowHandle(), Qt::LeftButton, Qt::NoModifier, position);
 }
 
 void Life::pressKey()
@@ -372,19 +356,21 @@ void Life::pressKey()
         Qt::Key_Enter, Qt::Key_Left, Qt::Key_Home,   Qt::Key_Delete,  Qt::Key_Right};
     const Qt::Key key = m_random.oneOf(keys);
     QWidget *window = target();
-    note(QStringLiteral("key %1").arg(QKeySequence(key).toString()));
+    note("key %1"_s.arg(QKeySequence(key).toString()));
     if (window->windowHandle() && window->isVisible())
         QTest::keyClick(window->windowHandle(), key);
 }
 
 void Life::type()
 {
-    static const QVector<QString> texts{
-        QStringLiteral("slow"),          QStringLiteral("robin@mail.example"),
-        QStringLiteral("robin@@mail"),   QStringLiteral(" \"}\\{<b>%1&\n\t"),
-        QString(1500, QLatin1Char('x')), QStringLiteral("日本語 \U0001F600")};
+    static const QVector<QString> texts{"slow"_s,
+                                        "robin@mail.example"_s,
+                                        "robin@@mail"_s,
+                                        " \"}\\{<b>%1&\n\t"_s,
+                                        QString(1500, QLatin1Char('x')),
+                                        "日本語 \U0001F600"_s};
     const QString text = m_random.oneOf(texts);
-    note(QStringLiteral("paste %1 characters").arg(text.size()));
+    note("paste %1 characters"_s.arg(text.size()));
     QWidget *focused = QApplication::focusWidget();
     if (auto *edit = qobject_cast<QPlainTextEdit *>(focused))
         edit->insertPlainText(text);
@@ -394,10 +380,10 @@ void Life::type()
 
 void Life::closeFromWindowSystem()
 {
-    // A window behind a modal dialog hears nothing of the window system.
+    // The window system's close does not reach a window behind a modal dialog.
     QWidget *dialog = QApplication::activeModalWidget();
     QWidget *window = dialog ? dialog : m_window.get();
-    note(QStringLiteral("close ") + nameOf(window));
+    note("close "_s + nameOf(window));
     if (window->windowHandle())
         window->windowHandle()->close();
 }
@@ -406,7 +392,7 @@ void Life::letTimePass()
 {
     static const QVector<int> times{1, 50, 100, 500, 500, 1000, 5000, 15000, 30000, 30000};
     const int time = m_random.oneOf(times);
-    note(QStringLiteral("%1 ms pass").arg(time));
+    note("%1 ms pass"_s.arg(time));
     ControlledClock::advance(Milliseconds(time));
 }
 
@@ -417,10 +403,10 @@ void Life::endChild()
     static const QVector<int> codes{0, 0, 0, 1, 5, 255, -1};
     const int code = m_random.oneOf(codes);
     if (code < 0) {
-        note(QStringLiteral("the child is killed"));
+        note("the child is killed"_s);
         kill(static_cast<pid_t>(process->processId()), SIGKILL);
     } else {
-        note(QStringLiteral("the child ends with %1").arg(code));
+        note("the child ends with %1"_s.arg(code));
         m_world.tellChild(code);
     }
     m_isChildTold = true;
@@ -435,13 +421,12 @@ void Life::answerLibrary()
     if (isDownload && !m_random.oneIn(3)) {
         static const QVector<int> percents{-5, 0, 1, 40, 98, 99, 100, 250};
         const int percent = m_random.oneOf(percents);
-        note(QStringLiteral("the download reports %1").arg(percent));
+        note("the download reports %1"_s.arg(percent));
         HeldLibrary::reportProgress(percent);
         return;
     }
-    const Answer answer = m_random.oneOf(isDownload ? downloadAnswers : checkAnswers);
-    note(QStringLiteral("the library answers %1").arg(QLatin1String(answer.json)));
-    QByteArray json(answer.json);
+    QByteArray json = m_random.oneOf(isDownload ? downloadAnswers : checkAnswers);
+    note("the library answers %1"_s.arg(QLatin1String(json)));
     json.replace("%1", QFile::encodeName(m_world.updateDescription()));
     ++m_answersTold;
     HeldLibrary::answer(json.toStdString());
@@ -451,36 +436,24 @@ void Life::answerLibrary()
 void Life::changeWorld()
 {
     using Condition = World::Condition;
+    static const QVector<World::Program> programs{
+        World::Program::Uninstaller, World::Program::UpdateInstaller, World::Program::Product};
     static const QVector<Condition> conditions{Condition::Whole, Condition::Whole,
                                                Condition::Missing, Condition::Unstartable};
-    const Condition condition = m_random.oneOf(conditions);
-    switch (m_random.below(5)) {
-    case 0:
-        note(QStringLiteral("uninstaller %1").arg(static_cast<int>(condition)));
-        m_world.set(World::Program::Uninstaller, condition);
-        break;
-    case 1:
-        note(QStringLiteral("update installer %1").arg(static_cast<int>(condition)));
-        m_world.set(World::Program::UpdateInstaller, condition);
-        break;
-    case 2:
-        note(QStringLiteral("product %1").arg(static_cast<int>(condition)));
-        m_world.set(World::Program::Product, condition);
-        break;
-    case 3:
-        note(QStringLiteral("registry"));
+    const int what = m_random.below(5);
+    const int how = m_random.below(conditions.size());
+    note("world %1 %2"_s.arg(what).arg(how));
+    if (what < programs.size())
+        m_world.set(programs.at(what), conditions.at(how));
+    else if (what == programs.size())
         m_world.setRegistered(!m_random.oneIn(3));
-        break;
-    default:
-        note(QStringLiteral("network"));
+    else
         m_world.setOnline(m_random.oneIn(2));
-        break;
-    }
 }
 
 void Life::resizeWindow()
 {
-    note(QStringLiteral("resize"));
+    note("resize"_s);
     m_window->resize(720 + m_random.below(100), 480 + m_random.below(100));
 }
 
@@ -489,151 +462,125 @@ bool Life::isRunning() const
     return m_uninstaller->state() == QProcess::Running || m_installer->state() == QProcess::Running;
 }
 
+/// What must hold whenever the window has come to rest.
 QString Life::brokenRule()
 {
-    QString broken = brokenRuleOfChildren();
-    if (broken.isEmpty())
-        broken = brokenRuleOfDialogs();
-    if (broken.isEmpty())
-        broken = brokenRuleOfPages();
-    if (broken.isEmpty())
-        broken = brokenRuleOfEvents();
-    // The end of the program counts as a Cancel as well, but this is not the end.
-    if (broken.isEmpty() && m_cancelEvents != m_cancelsConfirmed)
-        broken = QStringLiteral("Cancel events that are not one for each Cancel");
-    return broken;
-}
+    const QString flawedEvent = readEvents();
+    if (!flawedEvent.isEmpty())
+        return flawedEvent;
 
-QString Life::brokenRuleOfChildren() const
-{
-    const QList<qint64> all = childProcesses();
-    if (all.size() > 1)
-        return QStringLiteral("a second child");
-    for (const qint64 child : all) {
-        if (child != m_uninstaller->processId() && child != m_installer->processId())
-            return QStringLiteral("a child that nobody knows");
-    }
-    if (m_uninstallerStarts > m_removesConfirmed)
-        return QStringLiteral("a child without a confirmed Remove");
-    if (m_uninstallerStarts > 1)
-        return QStringLiteral("the uninstaller was started twice");
-    if (m_installerStarts > m_packagesHeard)
-        return QStringLiteral("an update installer without a downloaded package");
-    if (HeldLibrary::mostAtATime() > 1)
-        return QStringLiteral("two calls of the upgrade library at a time");
-    if (m_downloads != m_offersHeard)
-        return QStringLiteral("downloads that are not one for each offer");
-    return {};
-}
-
-QString Life::brokenRuleOfDialogs() const
-{
-    const QList<QWidget *> dialogs = visibleDialogs();
-    if (dialogs.size() > 1)
-        return QStringLiteral("two dialogs at a time");
-    const QWidget *layer = overlay(*m_window);
-    if (layer->isVisible() != (dialogs.size() == 1))
-        return QStringLiteral("the dimming layer is %1 and a dialog is %2")
-            .arg(layer->isVisible() ? QStringLiteral("visible") : QStringLiteral("hidden"),
-                 dialogs.isEmpty() ? QStringLiteral("not") : QStringLiteral("visible"));
-    if (layer->isVisible() && layer->geometry() != m_window->rect())
-        return QStringLiteral("the dimming layer does not cover the window");
-
-    const bool isCheckOpen = m_checks + m_downloads > m_answersTold && m_checks > m_offersHeard &&
-                             HeldLibrary::current() == HeldLibrary::Call::Check;
-    const bool isToldOfCheck = !dialogs.isEmpty() && qobject_cast<MessageWindow *>(dialogs.first());
-    if (!m_window->isEnabled() && !isCheckOpen && !isToldOfCheck)
-        return QStringLiteral("the window is left disabled");
-    if (m_window->isEnabled() && isCheckOpen)
-        return QStringLiteral("the window is enabled during a check");
-    return {};
-}
-
-QString Life::brokenRuleOfPages() const
-{
-    const QWidget *page = m_window->wizardPages->currentWidget();
-    if (!m_window->isVisible())
-        return QStringLiteral("the window is gone and the program goes on");
+    const auto isUnknown = [this](qint64 child) {
+        return child != m_uninstaller->processId() && child != m_installer->processId();
+    };
+    const QList<qint64> children = childProcesses();
     const bool isUninstalling = m_uninstaller->state() == QProcess::Running;
-    if (m_removesConfirmed > 0 && page != m_window->uninstallPage && page != m_window->productPage)
-        return QStringLiteral("a way back after Remove");
-    if (isUninstalling &&
-        (page != m_window->uninstallPage || !m_window->uninstallPage->isRunning()))
-        return QStringLiteral("a run of the uninstaller that is not shown");
-    if (m_installer->state() == QProcess::Running &&
-        (page != m_window->upgradePage || !m_window->upgradePage->isActionDisabled()))
-        return QStringLiteral("an installation that is not shown, or may be left");
-    if (m_installer->state() == QProcess::NotRunning && visibleDialogs().isEmpty() &&
-        m_window->upgradePage->isActionDisabled())
-        return QStringLiteral("an upgrade page that cannot be left");
-    if (m_window->uninstallPage->isRunning() && m_removesConfirmed == 0)
-        return QStringLiteral("a run is shown that nobody confirmed");
-    if (m_window->optionPage->textEdit->toPlainText().size() > 1000)
-        return QStringLiteral("more text than is taken");
-    return {};
+    const bool isInstalling = m_installer->state() == QProcess::Running;
+
+    const QList<QWidget *> dialogs = visibleDialogs();
+    const bool hasMessage = !dialogs.isEmpty() && qobject_cast<MessageWindow *>(dialogs.first());
+    const QWidget *layer = overlay(*m_window);
+    const bool isChecking = m_checks + m_downloads > m_answersTold && m_checks > m_offersHeard &&
+                            HeldLibrary::current() == HeldLibrary::Call::Check;
+
+    const UpgradePage *upgradePage = m_window->upgradePage;
+    const UninstallPage *uninstallPage = m_window->uninstallPage;
+    const QWidget *page = m_window->wizardPages->currentWidget();
+
+    return firstBroken({
+        {children.size() > 1, "a second child"},
+        {std::any_of(children.begin(), children.end(), isUnknown), "a child of another origin"},
+        {m_uninstallerStarts > m_removesConfirmed, "an uninstaller without a confirmed Remove"},
+        {m_uninstallerStarts > 1, "a second start of the uninstaller"},
+        {m_installerStarts > m_packagesHeard, "an update installer without a downloaded package"},
+        {HeldLibrary::mostAtATime() > 1, "two calls of the upgrade library at a time"},
+        {m_downloads != m_offersHeard, "downloads that are not one for each offer"},
+
+        {dialogs.size() > 1, "two dialogs at a time"},
+        {layer->isVisible() == dialogs.isEmpty(), "an overlay without a dialog, or the reverse"},
+        {layer->isVisible() && layer->geometry() != m_window->rect(),
+         "an overlay that does not cover the window"},
+        {!m_window->isEnabled() && !isChecking && !hasMessage, "a window that is left disabled"},
+        {m_window->isEnabled() && isChecking, "a window that is enabled during a check"},
+
+        {!m_window->isVisible(), "a program that goes on without its window"},
+        {m_removesConfirmed > 0 && page != uninstallPage && page != m_window->productPage,
+         "a way back after Remove"},
+        {isUninstalling && (page != uninstallPage || !uninstallPage->isRunning()),
+         "a run of the uninstaller that is not shown"},
+        {isInstalling && (page != upgradePage || !upgradePage->isActionDisabled()),
+         "an installation that is not shown, or may be left"},
+        {m_installer->state() == QProcess::NotRunning && dialogs.isEmpty() &&
+             upgradePage->isActionDisabled(),
+         "an upgrade page that cannot be left"},
+        {uninstallPage->isRunning() && m_removesConfirmed == 0,
+         "a run that is shown without a confirmed Remove"},
+        {m_window->optionPage->textEdit->toPlainText().size() > 1000, "too long a text"},
+        // The end of the program counts as a Cancel as well, but this is not the end.
+        {m_cancelEvents != m_cancelsConfirmed, "Cancel events that are not one for each Cancel"},
+    });
 }
 
-QString Life::brokenRuleOfEvents()
+/// Reads the events that were added, counts them, and tells what is wrong with them.
+QString Life::readEvents()
 {
     const QList<QJsonObject> calls = AnalyticsRecord::calls();
     for (; m_eventsRead < calls.size(); ++m_eventsRead) {
         const QJsonObject &call = calls.at(m_eventsRead);
-        if (call.value(QLatin1String("call")) != QLatin1String("data_event"))
+        if (call.value("call"_s) != "data_event"_s)
             continue;
         const QString flaw = EventCatalogue::flawOf(call);
         const QString text = QString::fromUtf8(QJsonDocument(call).toJson(QJsonDocument::Compact));
         if (!flaw.isEmpty())
-            return flaw + QStringLiteral(": ") + text;
+            return flaw + ": "_s + text;
         mix(text);
-        const QString action = call.value(QLatin1String("action")).toString();
-        const QString properties = call.value(QLatin1String("properties")).toString();
-        m_uninstallResults += action == QLatin1String("UninstallCompleted") &&
-                              !properties.contains(QLatin1String("ButtonClick"));
-        m_launchEvents += action == QLatin1String("UpgradeSuccess_launchclick");
-        if (action == QLatin1String("UninstallReConfirm"))
-            ++(properties.contains(QLatin1String("\"Remove\"")) ? m_removeEvents : m_cancelEvents);
+        const QString action = call.value("action"_s).toString();
+        const QString properties = call.value("properties"_s).toString();
+        m_uninstallResults +=
+            action == "UninstallCompleted"_s && !properties.contains("ButtonClick"_s);
+        m_launchEvents += action == "UpgradeSuccess_launchclick"_s;
+        if (action == "UninstallReConfirm"_s)
+            ++(properties.contains("\"Remove\""_s) ? m_removeEvents : m_cancelEvents);
     }
-    if (m_removeEvents != m_removesConfirmed)
-        return QStringLiteral("Remove events that are not one for each Remove");
-    if (m_uninstallResults > m_removesConfirmed)
-        return QStringLiteral("more results than runs");
-    return {};
+    return firstBroken({
+        {m_removeEvents != m_removesConfirmed, "Remove events that are not one for each Remove"},
+        {m_uninstallResults > m_removesConfirmed, "more results than runs"},
+    });
 }
 
 /// Once everything is over.
-QString Life::brokenRuleOfRecord() const
+QString Life::flawOfRecord() const
 {
     int uninstallers = 0;
     int installers = 0;
     int launches = 0;
     const QString uninstallerArguments = m_isResourceRemovalWanted
-                                             ? QStringLiteral("/VERYSILENT|/REINSTALL|/DELRESOURCE")
-                                             : QStringLiteral("/VERYSILENT|/REINSTALL");
+                                             ? "/VERYSILENT|/REINSTALL|/DELRESOURCE"_s
+                                             : "/VERYSILENT|/REINSTALL"_s;
     const QStringList lines = m_world.record();
     for (const QString &line : lines) {
-        if (line == QLatin1String("launched"))
+        if (line == "launched"_s)
             ++launches;
         else if (line == uninstallerArguments)
             ++uninstallers;
-        else if (line.startsWith(QLatin1String("/CFGPATH=\"")) && line.count(QLatin1Char('|')) == 7)
+        else if (line.startsWith("/CFGPATH=\""_s) && line.count(QLatin1Char('|')) == 7)
             ++installers;
         else
-            return QStringLiteral("unexpected arguments: ") + line;
+            return "unexpected arguments: "_s + line;
     }
-    // A child that was killed may not have come to write its line.
+    // A child may have been killed before it wrote its line.
     if (uninstallers > m_uninstallersStarted || installers > m_installersStarted ||
         launches > m_launchEvents)
-        return QStringLiteral("programs ran of which nobody knew");
+        return "more programs ran than were started"_s;
     return {};
 }
 
-/// The end of the program, and what must hold then.
+/// Ends what still runs, and checks what must hold at the end of the program.
 void Life::windUp()
 {
     if (m_flaw.isEmpty() && !m_isOver && isRunning())
-        m_flaw = QStringLiteral("the program ends and leaves a child to itself");
+        m_flaw = "the program ends while a child of its runs"_s;
     if (m_flaw.isEmpty() && m_window->isVisible() && !m_isOver)
-        mix(QStringLiteral("quit"));
+        mix("quit"_s);
     for (QProcess *process : {m_uninstaller, m_installer}) {
         disconnect(process, nullptr, this, nullptr);
         process->disconnect(m_window.get());
@@ -643,7 +590,7 @@ void Life::windUp()
         }
     }
     if (m_flaw.isEmpty())
-        m_flaw = brokenRuleOfEvents();
+        m_flaw = readEvents();
     m_window.reset();
 
     HeldLibrary::waitForCalls(m_checks + m_downloads, patience);
@@ -651,7 +598,7 @@ void Life::windUp()
         HeldLibrary::answer("{\"errcode\":\"-2\"}");
     NvUpgradeHelper::release();
     if (m_flaw.isEmpty())
-        m_flaw = brokenRuleOfRecord();
+        m_flaw = flawOfRecord();
     mix(QString::number(m_steps));
 }
 

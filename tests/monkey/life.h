@@ -14,11 +14,11 @@
 
 class ConfirmWindow;
 
-/// One life of the main window, from its first page to the end of the program, at the hands of
-/// somebody who does anything at any time. Whenever the window has come to rest, what must always
-/// hold is checked, and the next thing is done to it; so also within its dialogs. Whatever is not
-/// the window's own doing, such as the end of a child or an answer of the upgrade library, is done
-/// by a step and waited for, so that a seed always gives the same life.
+/// One life of the main window, from its first page to the end of the program, in random steps.
+/// Whenever the event loop, also that of a dialog, has nothing left to do, the rules are checked
+/// and the next step is taken. What other processes and threads do, such as the end of a child or
+/// an answer of the upgrade library, is done by a step and waited for, so that a seed always gives
+/// the same life.
 class Life : public QObject
 {
     Q_OBJECT
@@ -60,8 +60,7 @@ private:
 
     void step();
     void click();
-    void clickAnywhere();
-    void pressOrRelease();
+    void useMouseAnywhere();
     void pressKey();
     void type();
     void closeFromWindowSystem();
@@ -74,11 +73,8 @@ private:
     void clickAt(QWidget *window, const QPoint &position);
 
     QString brokenRule();
-    QString brokenRuleOfChildren() const;
-    QString brokenRuleOfDialogs() const;
-    QString brokenRuleOfPages() const;
-    QString brokenRuleOfEvents();
-    QString brokenRuleOfRecord() const;
+    QString readEvents();
+    QString flawOfRecord() const;
     bool isRunning() const;
     void fail(const QString &flaw);
     void note(const QString &text);

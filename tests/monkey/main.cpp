@@ -1,12 +1,13 @@
-// A walk of random steps over the main window: monkey [--steps N] [--seed S] [--repeat N] [--life
-// S]
+// A walk of random steps over the main window:
+// monkey [--steps N] [--seed S] [--repeat N] [--life S]
 //
 // The walk goes through many lives of the window, each with a seed of its own. When a rule is
-// broken it prints that seed, which --life takes to live that life again, alone.
+// broken, that seed is printed: --life S repeats that life alone.
 
 #include "tests/monkey/controlledclock.h"
 #include "tests/monkey/life.h"
 #include "tests/support/linkcatcher.h"
+#include "tests/support/literals.h"
 #include "tests/support/lookapplied.h"
 
 #include <QtCore/QCommandLineParser>
@@ -23,7 +24,7 @@ constexpr int stepsThatReachAll = 1500;
 
 QString firstWarning;
 
-/// A warning of the framework is a flaw as well.
+/// Any warning of Qt's is a flaw, except about what the offscreen platform lacks.
 void keepWarning(QtMsgType type, const QMessageLogContext & /*context*/, const QString &text)
 {
     const bool isExcuse = text.startsWith(QLatin1String("This plugin does not support ")) ||
@@ -81,7 +82,7 @@ std::optional<Walk> walk(World &world, std::uint64_t seed, int steps)
                 walk.uninstallers, walk.installers, static_cast<unsigned long long>(walk.digest));
     std::fflush(stdout);
     if (steps >= stepsThatReachAll && (!walk.checks || !walk.uninstallers || !walk.installers)) {
-        std::printf("FAILED: so long a walk comes by all three, or another seed is needed\n");
+        std::printf("FAILED: a walk of this length must reach all three; take another seed\n");
         return {};
     }
     return walk;
@@ -97,15 +98,11 @@ int main(int argc, char **argv)
 
     QCommandLineParser parser;
     parser.addHelpOption();
-    const QCommandLineOption steps(QStringLiteral("steps"), QStringLiteral("How many steps."),
-                                   QStringLiteral("N"), QStringLiteral("100000"));
-    const QCommandLineOption seed(QStringLiteral("seed"), QStringLiteral("Where to begin."),
-                                  QStringLiteral("S"), QStringLiteral("1"));
-    const QCommandLineOption repeat(QStringLiteral("repeat"),
-                                    QStringLiteral("Walk so often; every walk must be the same."),
-                                    QStringLiteral("N"), QStringLiteral("1"));
-    const QCommandLineOption life(QStringLiteral("life"), QStringLiteral("Live this life only."),
-                                  QStringLiteral("S"));
+    const QCommandLineOption steps("steps"_s, "Number of steps."_s, "N"_s, "100000"_s);
+    const QCommandLineOption seed("seed"_s, "Seed of the walk."_s, "S"_s, "1"_s);
+    const QCommandLineOption repeat("repeat"_s, "Repeat the walk; every one must be the same."_s,
+                                    "N"_s, "1"_s);
+    const QCommandLineOption life("life"_s, "Live this life only."_s, "S"_s);
     parser.addOptions({steps, seed, repeat, life});
     parser.process(application);
 

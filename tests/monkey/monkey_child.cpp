@@ -1,5 +1,6 @@
-// Every program that the window may start, in one. It records the arguments that it received and
-// then, unless there are none, waits to be told its exit code; nobody left to tell also ends it.
+// Stands for every program that the window may start. It records its arguments; without any it ends
+// as a launched product does, otherwise it reads its exit code from the pipe of orders, 0 when the
+// pipe is closed.
 
 #include <cstdlib>
 #include <fstream>

@@ -1,5 +1,7 @@
 #include "tests/monkey/world.h"
 
+#include "tests/support/literals.h"
+
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -10,16 +12,18 @@
 
 World::World()
     : m_sandbox(Sandbox::Content::Nothing)
+    , m_programs{m_sandbox->installDir() + "/unins000.exe"_s, m_sandbox->updateInstaller(),
+                 m_sandbox->installDir() + "/Norvane Clipwright X.exe"_s}
 {
-    const QByteArray orders = QFile::encodeName(m_sandbox.path(QStringLiteral("orders")));
-    // Open at both ends, so that nobody waits for the other end.
+    const QByteArray orders = QFile::encodeName(m_sandbox.path("orders"_s));
+    // Open for reading and writing: neither end then waits for the other to be opened.
     if (mkfifo(orders.constData(), S_IRUSR | S_IWUSR) != 0 ||
         (m_orders = open(orders.constData(), O_RDWR | O_CLOEXEC)) < 0)
         qFatal("cannot make a pipe");
     qputenv("MONKEY_ORDERS", orders);
-    m_sandbox.writeFile(QStringLiteral("UpdateInfo.json"), "{\"version\": \"8.0.0.1\"}\n");
+    m_sandbox.writeFile("UpdateInfo.json"_s, "{\"version\": \"8.0.0.1\"}\n");
     QDir().mkpath(m_sandbox->productDataDir());
-    m_sandbox->writeProductIni(QStringLiteral("ENG"));
+    m_sandbox->writeProductIni("ENG"_s);
 }
 
 World::~World()
@@ -29,34 +33,34 @@ World::~World()
 
 void World::reset()
 {
-    // A new record for each life: a launched program is nobody's child, and may write when another
-    // life has begun.
+    // A new record for each life: a launched product is detached, and may write its line when the
+    // next life has begun.
     QFile::remove(recordFile());
     ++m_lives;
     qputenv("MONKEY_RECORD", QFile::encodeName(recordFile()));
     for (const Program program : {Program::Uninstaller, Program::UpdateInstaller, Program::Product})
         set(program, Condition::Whole);
-    m_sandbox.writeFile(QDir(m_sandbox.path(QString())).relativeFilePath(m_sandbox->installDir()) +
-                            QStringLiteral("/unins000.dat"),
-                        {});
+    QFile dataFile(m_sandbox->installDir() + "/unins000.dat"_s);
+    if (!dataFile.open(QIODevice::WriteOnly))
+        qFatal("cannot write the uninstaller's data file");
     setRegistered(true);
     setOnline(true);
 }
 
 void World::set(Program program, Condition condition)
 {
-    const QString file = fileOf(program);
+    const QString file = m_programs.at(static_cast<int>(program));
     QFile::remove(file);
     QDir().mkpath(QFileInfo(file).path());
     if (condition == Condition::Whole)
         QFile::link(QStringLiteral(MONKEY_CHILD), file);
     else if (condition == Condition::Unstartable)
-        QFile::link(QStringLiteral("/dev/null"), file);
+        QFile::link("/dev/null"_s, file);
 }
 
 void World::setRegistered(bool isRegistered)
 {
-    const QString key = QStringLiteral("HKEY_CLASSES_ROOT/NCPFile/path");
+    const QString key = "HKEY_CLASSES_ROOT/NCPFile/path"_s;
     if (isRegistered)
         m_sandbox->setSystemValue(key, m_sandbox->installDir());
     else
@@ -65,8 +69,7 @@ void World::setRegistered(bool isRegistered)
 
 void World::setOnline(bool isOnline)
 {
-    m_sandbox->setSystemValue(QStringLiteral("System/Online"),
-                              isOnline ? QStringLiteral("true") : QStringLiteral("false"));
+    m_sandbox->setSystemValue("System/Online"_s, isOnline ? "true"_s : "false"_s);
 }
 
 void World::tellChild(int exitCode) const
@@ -83,23 +86,10 @@ QStringList World::record() const
 
 QString World::recordFile() const
 {
-    return m_sandbox.path(QStringLiteral("record-%1.txt").arg(m_lives));
+    return m_sandbox.path("record-%1.txt"_s.arg(m_lives));
 }
 
 QString World::updateDescription() const
 {
-    return m_sandbox.path(QStringLiteral("UpdateInfo.json"));
-}
-
-QString World::fileOf(Program program) const
-{
-    switch (program) {
-    case Program::Uninstaller:
-        return m_sandbox->installDir() + QStringLiteral("/unins000.exe");
-    case Program::UpdateInstaller:
-        return m_sandbox->updateInstaller();
-    case Program::Product:
-        break;
-    }
-    return m_sandbox->installDir() + QStringLiteral("/Norvane Clipwright X.exe");
+    return m_sandbox.path("UpdateInfo.json"_s);
 }

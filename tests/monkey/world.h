@@ -4,8 +4,8 @@
 
 #include <QtCore/QStringList>
 
-/// What lies around the window: an installation whose programs are real, wait for orders, and may
-/// be missing or broken.
+/// The machine around the window: an installation whose programs are real processes, which end when
+/// told to, and which may be missing or broken.
 class World
 {
 public:
@@ -35,9 +35,9 @@ public:
 
 private:
     QString recordFile() const;
-    QString fileOf(Program program) const;
 
     Sandbox m_sandbox;
+    const QStringList m_programs; ///< by Program
     int m_lives = 0;
     int m_orders = -1;
 };

@@ -5,6 +5,7 @@
 // when the framework has warned of anything.
 
 #include "analytics/session.h"
+#include "tests/support/literals.h"
 #include "tests/support/lookapplied.h"
 #include "tests/support/sandbox.h"
 #include "wizard/mainwindow.h"
@@ -27,14 +28,14 @@ namespace {
 
 constexpr int defaultChanges = 10000;
 constexpr int defaultWindows = 500;
-constexpr int warmUps = 400; // until Qt's caches have what they keep for good
+constexpr int warmUps = 400; // fills Qt's caches
 constexpr int tenths = 10;
 constexpr double allowedGrowth = 0.02;
 constexpr double allowedLateGrowth = 0.01;
 
 int warnings = 0;
 
-// But for the platform's excuses for what it does not do.
+// The offscreen platform's warnings about what it lacks do not count.
 void countWarning(QtMsgType type, const QMessageLogContext & /*context*/, const QString &text)
 {
     if (text.startsWith(QLatin1String("This plugin does not support ")))
@@ -55,7 +56,7 @@ struct State
 State currentState()
 {
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QFile file(QStringLiteral("/proc/self/smaps_rollup"));
+    QFile file("/proc/self/smaps_rollup"_s);
     if (!file.open(QIODevice::ReadOnly))
         qFatal("no smaps_rollup here");
     State state;
@@ -67,7 +68,7 @@ State currentState()
     file.close();
     const struct mallinfo2 heap = mallinfo2();
     state.own = static_cast<qint64>((heap.uordblks + heap.hblkhd) / 1024);
-    const QDir descriptors(QStringLiteral("/proc/self/fd"));
+    const QDir descriptors("/proc/self/fd"_s);
     const auto all = QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System;
     state.descriptors = static_cast<int>(descriptors.entryList(all).size());
     state.widgets = static_cast<int>(QApplication::allWidgets().size());
@@ -84,8 +85,8 @@ QString percent(double growth)
     return QString::number(growth * 100, 'f', 2);
 }
 
-/// Does something so many times, measures it each time it has come to rest, and judges what it
-/// leaves behind.
+/// Does something a number of times, measures the process after each tenth, and returns whether
+/// nothing grew beyond its limit.
 bool soak(const QString &what, int times, const std::function<void(int)> &doIt,
           const std::function<void()> &rest)
 {
@@ -101,7 +102,7 @@ bool soak(const QString &what, int times, const std::function<void(int)> &doIt,
         QApplication::processEvents();
         states += currentState();
         const State &state = states.last();
-        out << QStringLiteral("  after %1: %2 KiB, %3 KiB allocated, %4 descriptors, %5 widgets\n")
+        out << "  after %1: %2 KiB, %3 KiB allocated, %4 descriptors, %5 widgets\n"_s
                    .arg(times * tenth / tenths, 6)
                    .arg(state.resident)
                    .arg(state.own)
@@ -155,7 +156,7 @@ int argument(int number, int missing)
 
 int main(int argc, char **argv)
 {
-    QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.*=false\ndefault.debug=false"));
+    QLoggingCategory::setFilterRules("qt.qpa.*=false\ndefault.debug=false"_s);
     qInstallMessageHandler(countWarning);
     const Sandbox sandbox;
     const QApplication application(argc, argv);
@@ -169,8 +170,8 @@ int main(int argc, char **argv)
         QApplication::processEvents();
     }
     const bool isSteady = soak(
-        QStringLiteral("Changes of page, tab and reason in one window"),
-        argument(1, defaultChanges), [&window](int step) { change(*window, step); },
+        "Changes of page, tab and reason in one window"_s, argument(1, defaultChanges),
+        [&window](int step) { change(*window, step); },
         [&window] {
             window->productPage->btnAll->click();
             window->wizardPages->setCurrentWidget(window->optionPage);
@@ -178,7 +179,7 @@ int main(int argc, char **argv)
     window.reset();
 
     const bool isClean = soak(
-        QStringLiteral("Main windows, shown and closed"), argument(2, defaultWindows),
+        "Main windows, shown and closed"_s, argument(2, defaultWindows),
         [](int step) {
             MainWindow another(nullptr);
             another.show();
