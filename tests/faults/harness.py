@@ -13,7 +13,7 @@ import signal
 import subprocess
 import time
 
-from tests.faults.servers import SERVED, FaultyServer, document, refusing_url
+from tests.faults.servers import PICTURE, SERVED, FaultyServer, document, refusing_url
 from tests.kit import installation
 from tests.kit.folders import make_afresh
 
@@ -51,8 +51,8 @@ DOCUMENTS = {SERVED: "the served document", EARLIER: "the earlier document",
              BUILT_IN: "the built-in document", NO_REASON: "no reasons"}
 
 # Limits in seconds, (from, to). The upper ones count by Stopwatch.
-PROMPT = (0.0, 3.0)  # start to main window when there is nothing to wait for
-FULL_TIME = (10.0, 13.0)  # the same when loading uses up its ten seconds
+PROMPT = (0.0, 5.0)  # start to main window when there is nothing to wait for
+FULL_TIME = (10.0, 14.0)  # the same when loading uses up its ten seconds
 AT_ONCE = (0.0, 2.0)  # end of the process by a signal
 FAREWELL = (0.5, 3.0)  # last input to end: half a second, and the analytics library's time
 WATCHDOG = (8.0, 10.5)  # the same when a library hangs
@@ -221,7 +221,7 @@ class Fault:
         """Waits for a condition and returns its value; when it does not come the row has failed."""
         watch = Stopwatch(self.process.pid, *self.desktop.pids())
         while True:
-            is_late = watch.seconds() > seconds  # by now, not when the condition has been looked at
+            is_late = watch.seconds() > seconds  # before the look, which takes time
             value = condition()
             if value:
                 return value
@@ -360,6 +360,14 @@ class Fault:
         self.wait_until(self.results, limits[1], f"a {result}")
         self.expect_lasted(self.acted, limits[0], "/".join(self.results()))
         self.expect_equal(self.results(), [result], "the result that was shown")
+
+    def pictures_kept(self, folder=PICTURES):
+        """The names of the pictures in the cache, each of which must be whole."""
+        names = self.names_in(folder)
+        self.note(f"{len(names)} pictures kept")
+        self.expect(all(self.content(f"{folder}/{name}") == PICTURE for name in names),
+                    "every picture kept is whole")
+        return names
 
     def expect_started(self, uninstallers):
         self.expect_equal(self.uninstallers_started(), uninstallers, "uninstallers started")

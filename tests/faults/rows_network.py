@@ -7,7 +7,7 @@ import itertools
 import time
 import zlib
 
-from tests.faults.harness import BUILT_IN, EARLIER, FULL_TIME, PICTURES, PROMPT, do
+from tests.faults.harness import BUILT_IN, EARLIER, FULL_TIME, PROMPT, do
 from tests.faults.servers import PICTURE, SERVED, Exchange, answer
 
 LIMITED = (0.0, FULL_TIME[1])  # as early as the fault allows, at the latest after the ten seconds
@@ -32,11 +32,8 @@ def keeps_earlier(limits=PROMPT, memory=1000, **server):
 def shows_served(kept=0, limits=PROMPT, **server):
     """The document arrives, its pictures may not: none is left in part."""
     def expect_pictures(fault):
-        saved = fault.names_in(PICTURES)
-        fault.note(f"{len(saved)} of {len(set(fault.server.requests)) - 1} pictures kept")
-        fault.expect(saved if kept is SOME else len(saved) == kept, f"pictures kept: {saved}")
-        fault.expect(all(fault.content(f"{PICTURES}/{name}") == PICTURE for name in saved),
-                     "every picture kept is whole")
+        names = fault.pictures_kept()
+        fault.expect(names if kept is SOME else len(names) == kept, f"pictures kept: {names}")
 
     return [do.serve(**server), do.open(limits=limits), do.leave(SERVED), expect_pictures]
 
