@@ -53,7 +53,7 @@ DOCUMENTS = {SERVED: "the served document", EARLIER: "the earlier document",
 # Limits in seconds, (from, to). The upper ones count by Stopwatch.
 PROMPT = (0.0, 5.0)  # start to main window when there is nothing to wait for
 FULL_TIME = (10.0, 14.0)  # the same when loading uses up its ten seconds
-AT_ONCE = (0.0, 2.0)  # end of the process by a signal
+AT_ONCE = (0.0, 3.0)  # end of the process by a signal
 FAREWELL = (0.5, 3.0)  # last input to end: half a second, and the analytics library's time
 WATCHDOG = (8.0, 10.5)  # the same when a library hangs
 RUN = (30.0, 33.0)  # Remove to success view
