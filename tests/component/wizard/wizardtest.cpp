@@ -37,7 +37,8 @@ void Messages::answer(MessageWindow &message)
     all += {message.lblMessage->text(),
             message.isEnabled() && message.isModal() && message.parent() == &m_window &&
                 message.btnOk->isEnabled() && layer->isVisible() &&
-                layer->geometry() == m_window.rect(),
+                layer->geometry() == m_window.rect() &&
+                message.geometry().center() == m_window.geometry().center(),
             m_window.isEnabled(),
             m_window.upgradePage->btnCancel->isEnabled(),
             m_window.wizardPages->currentWidget(),

@@ -23,7 +23,7 @@ public:
     struct Message
     {
         QString text;
-        bool isUsable; ///< enabled, modal, the window's, and over its overlay
+        bool isUsable; ///< enabled, modal, the window's, centred on it and over its overlay
         bool isWindowEnabled;
         bool isActionEnabled;
         QWidget *page;
