@@ -32,15 +32,28 @@ public:
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        // The window's handle gets each key first and passes it on to the focused widget.
-        if (event->type() != QEvent::KeyPress || !watched->isWidgetType())
+        if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease)
             return false;
         const auto *key = static_cast<QKeyEvent *>(event);
-        return key->isAutoRepeat() && presses(key->key(), watched);
+        if (event->type() == QEvent::KeyRelease) {
+            m_releasedKey = key->key();
+            m_releasedAt = key->timestamp();
+            return false;
+        }
+        // The window's handle gets each key first and passes it on to the focused widget.
+        return watched->isWidgetType() && isRepeat(*key) && presses(key->key(), watched);
     }
 
 private:
     using QObject::QObject;
+
+    bool isRepeat(const QKeyEvent &press) const
+    {
+        // X sends a repeat as a release and a press of the same time. Qt does not take them for one
+        // when the press arrives only after it has handled the release.
+        return press.isAutoRepeat() || (press.key() == m_releasedKey && press.timestamp() != 0 &&
+                                        press.timestamp() == m_releasedAt);
+    }
 
     static bool presses(int key, const QObject *focused)
     {
@@ -56,6 +69,9 @@ private:
             return false;
         }
     }
+
+    int m_releasedKey = 0;
+    ulong m_releasedAt = 0;
 };
 
 } // namespace
