@@ -40,7 +40,7 @@ std::optional<Json::Value> parsed(const std::string &json)
             return root;
         QT_WARNING_POP
     } catch (const std::exception &) {
-        // Thrown for text that is nested too deeply.
+        return {}; // nested too deeply
     }
     return {};
 }

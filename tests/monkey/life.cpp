@@ -465,7 +465,7 @@ bool Life::isRunning() const
 /// What must hold whenever the window has come to rest.
 QString Life::brokenRule()
 {
-    const QString flawedEvent = readEvents();
+    QString flawedEvent = readEvents();
     if (!flawedEvent.isEmpty())
         return flawedEvent;
 

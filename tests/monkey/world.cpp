@@ -17,8 +17,9 @@ World::World()
 {
     const QByteArray orders = QFile::encodeName(m_sandbox.path("orders"_s));
     // Open for reading and writing: neither end then waits for the other to be opened.
-    if (mkfifo(orders.constData(), S_IRUSR | S_IWUSR) != 0 ||
-        (m_orders = open(orders.constData(), O_RDWR | O_CLOEXEC)) < 0)
+    if (mkfifo(orders.constData(), S_IRUSR | S_IWUSR) == 0)
+        m_orders = open(orders.constData(), O_RDWR | O_CLOEXEC);
+    if (m_orders < 0)
         qFatal("cannot make a pipe");
     qputenv("MONKEY_ORDERS", orders);
     m_sandbox.writeFile("UpdateInfo.json"_s, "{\"version\": \"8.0.0.1\"}\n");

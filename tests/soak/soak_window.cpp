@@ -70,8 +70,8 @@ State currentState()
     state.own = static_cast<qint64>((heap.uordblks + heap.hblkhd) / 1024);
     const QDir descriptors("/proc/self/fd"_s);
     const auto all = QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System;
-    state.descriptors = static_cast<int>(descriptors.entryList(all).size());
-    state.widgets = static_cast<int>(QApplication::allWidgets().size());
+    state.descriptors = descriptors.entryList(all).size();
+    state.widgets = QApplication::allWidgets().size();
     return state;
 }
 

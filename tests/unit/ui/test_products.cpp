@@ -162,7 +162,7 @@ void TestProducts::everyCategoryIsKept()
 
 void TestProducts::oddCatalogues_data()
 {
-    QTest::addColumn<QByteArray>("catalogue");
+    QTest::addColumn<QByteArray>("categories");
     QTest::addColumn<QString>("shown");
     QTest::newRow("none") << QByteArray("[]") << QString();
     QTest::newRow("one key twice") << QByteArray(R"([
@@ -179,8 +179,8 @@ void TestProducts::oddCatalogues_data()
 
 void TestProducts::oddCatalogues()
 {
-    QFETCH(const QByteArray, catalogue);
-    ProductPage page(nullptr, objects(catalogue.constData()));
+    QFETCH(const QByteArray, categories);
+    ProductPage page(nullptr, objects(categories.constData()));
     QTEST(names(page), "shown");
     page.btnProductivity->click();
     QCOMPARE(page.label_3->text(), "Productivity"_s);
