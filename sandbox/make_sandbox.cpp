@@ -1,5 +1,7 @@
 // make-sandbox FOLDER: writes a sample installation and an upgrade on offer below FOLDER and
 // prints, as shell assignments, the environment in which a program sees them.
+//
+// make-sandbox --feed FOLDER: writes only the upgrade on offer, into FOLDER itself.
 
 #include "sandbox/installation/samplefeed.h"
 #include "sandbox/installation/sampleinstallation.h"
@@ -11,6 +13,8 @@ int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() == 3 && arguments.at(1) == QLatin1String("--feed"))
+        return SampleFeed(arguments.at(2)).writeUpgrade(QStringLiteral("7.3.0.1")) ? 0 : 1;
     if (arguments.size() != 2) {
         QTextStream(stderr) << "usage: make-sandbox FOLDER\n";
         return 2;

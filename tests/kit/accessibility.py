@@ -4,11 +4,11 @@ Needs a whole desktop and the distribution's gir1.2-atspi-2.0."""
 import os
 
 from tests.kit.desktop import Place
-from tests.kit.driver import Driver, Role
+from tests.kit.driver import Driver, Role, Shown
 
 # AT-SPI's numbers, which are its protocol; names of roles differ between its versions.
-NUMBERS = {Role.BUTTON: 43, Role.CHECK_BOX: 7, Role.LABEL: 29, Role.PAGE: 20,
-           Role.RADIO_BUTTON: 44, Role.TEXT_FIELD: 61}
+NUMBERS = {Role.BUTTON: 43, Role.CHECK_BOX: 7, Role.LABEL: 29, Role.LIST: 31, Role.LIST_ITEM: 32,
+           Role.PAGE: 20, Role.PROGRESS_BAR: 42, Role.RADIO_BUTTON: 44, Role.TEXT_FIELD: 61}
 ROLES = {number: role for role, number in NUMBERS.items()}
 
 
@@ -56,6 +56,25 @@ class AccessibilityDriver(Driver):
         extents = found.get_extents(self._atspi.CoordType.SCREEN)
         return Place(extents.x, extents.y, extents.width, extents.height)
 
+    def everything_shown(self, window):
+        found = []
+
+        def note(node):
+            states = node.get_state_set()
+            if not states.contains(self._atspi.StateType.SHOWING):
+                return
+            role, name = ROLES.get(int(node.get_role())), node.get_name()
+            if role and (name or role is not Role.PAGE):
+                found.append(Shown(role, name,
+                                   states.contains(self._atspi.StateType.ENABLED),
+                                   states.contains(self._atspi.StateType.FOCUSED)))
+            for child in children(node):
+                note(child)
+
+        for top in self._windows(window):
+            note(top)
+        return found
+
     def _first(self, is_wanted, window=None):
         """The first object that is shown and wanted, the outer before the inner ones, or None."""
         def search(node):
@@ -63,18 +82,21 @@ class AccessibilityDriver(Driver):
                 return node
             return next(filter(None, map(search, children(node))), None)
 
-        def children(node):
-            return filter(None, (node.get_child_at_index(i) for i in range(node.get_child_count())))
-
         try:
-            bus = self._atspi.get_desktop(0)
-            bus.clear_cache()  # it may hold what has gone, and the news of that may come late
-            for application in children(bus):
-                if application.get_process_id() == self.process.pid:
-                    application.clear_cache()
-                    windows = (top for top in children(application)
-                               if window in (None, top.get_name()))
-                    return next(filter(None, map(search, windows)), None)
+            return next(filter(None, map(search, self._windows(window))), None)
         except self._error:
-            pass  # the tree changed while it was walked; the caller looks again
-        return None
+            return None  # the tree changed while it was walked; the caller looks again
+
+    def _windows(self, title):
+        """Those of the program, of a title or of any."""
+        bus = self._atspi.get_desktop(0)
+        bus.clear_cache()  # it may hold what has gone, and the news of that may come late
+        for application in children(bus):
+            if application.get_process_id() == self.process.pid:
+                application.clear_cache()
+                return [top for top in children(application) if title in (None, top.get_name())]
+        return []
+
+
+def children(node):
+    return filter(None, (node.get_child_at_index(i) for i in range(node.get_child_count())))

@@ -199,10 +199,14 @@ class Desktop:
     def type_text(self, text):
         self._xdotool("type", "--delay", 20, text)
 
-    def click(self, window, x, y, hover=0.0):
-        """Clicks at a place of a window, after the mouse has been there for so many seconds."""
+    def click(self, window, x, y):
+        """Clicks at a place of a window."""
         place = self.place(window)
-        self._xdotool("mousemove", "--sync", place.x + x, place.y + y, "sleep", hover, "click", 1)
+        self.click_at(place.x + x, place.y + y)
+
+    def click_at(self, x, y, hover=0.0):
+        """Clicks at a place of the screen, after the mouse has been there for so many seconds."""
+        self._xdotool("mousemove", "--sync", x, y, "sleep", hover, "click", 1)
 
     def drag(self, window, x, y, right, down):
         """Presses the button at a place of a window and moves the mouse before releasing it.

@@ -2,6 +2,7 @@
 its own; stories are written against this interface alone."""
 
 import abc
+import dataclasses
 import enum
 import time
 
@@ -14,13 +15,32 @@ class Role(enum.Enum):
     BUTTON = "button"
     CHECK_BOX = "check box"
     LABEL = "label"
+    LIST = "list"
+    LIST_ITEM = "list item"
     PAGE = "page"
+    PROGRESS_BAR = "progress bar"
     RADIO_BUTTON = "radio button"
     TEXT_FIELD = "text field"
 
 
+@dataclasses.dataclass
+class Shown:
+    """An object as a screen reader is told of it."""
+
+    role: Role
+    name: str
+    enabled: bool
+    focused: bool
+
+    def __str__(self):
+        states = ("" if self.enabled else ", disabled") + (", focused" if self.focused else "")
+        return f"{self.role.value} {self.name!r}{states}"
+
+
 class Driver(abc.ABC):
     """A program that was started on a desktop. On exit the program is killed if it still runs."""
+
+    interval = 0.1  # seconds between two looks at what is awaited
 
     def __init__(self, desktop, process):
         self.desktop = desktop
@@ -55,6 +75,11 @@ class Driver(abc.ABC):
     def place(self, found):
         """Where an object is on the screen."""
 
+    @abc.abstractmethod
+    def everything_shown(self, window):
+        """The objects of the window with that title, the outer before the inner ones. Those that
+        only hold others together, and have no name, are left out."""
+
     def wait_for(self, role, name=None, window=None, seconds=PATIENCE):
         def is_shown_or_lost():
             found = self.find(role, name, window)
@@ -62,12 +87,12 @@ class Driver(abc.ABC):
                 raise AssertionError(f"the program ended without the {role.value} {name!r}")
             return found
 
-        return wait_until(is_shown_or_lost, seconds, f"{role.value} {name!r}", interval=0.1)
+        return wait_until(is_shown_or_lost, seconds, f"{role.value} {name!r}", self.interval)
 
     def press(self, role, name=None, window=None):
         """Presses an object as soon as it is shown and enabled."""
         wait_until(lambda: self.try_to_press(self.wait_for(role, name, window)), PATIENCE,
-                   f"the {role.value} {name!r} can be pressed", interval=0.1)
+                   f"the {role.value} {name!r} can be pressed", self.interval)
 
     def type_into(self, role, name, text):
         self.enter_text(self.wait_for(role, name), text)

@@ -146,6 +146,9 @@ class Service:
                 "/CN=Sandbox authority", "-keyout", "authority.key", "-out",
                 "authority/authority.pem")
         openssl("rehash", "authority")
+        # Some read the files by their names' hashes, others one file of that name.
+        shutil.copyfile(os.path.join(self.authority_folder, "authority.pem"),
+                        os.path.join(self.authority_folder, "ca-certificates.crt"))
         openssl("req", "-newkey", "rsa:2048", "-nodes", "-subj", f"/CN={self._certificate_for}",
                 "-keyout", "server.key", "-out", "server.csr")
         with open(os.path.join(self._folder, "names"), "w", encoding="ascii") as file:

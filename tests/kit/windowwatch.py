@@ -1,8 +1,9 @@
-"""The window manager's list of windows over time: which windows come and go, when (by the X
-server's clock) and where on the screen. Needs the distribution's python3-xlib."""
+"""The windows of a desktop over time: which come and go, when (by the X server's clock, which is
+time.monotonic()) and where on the screen. Needs the distribution's python3-xlib."""
 
 import contextlib
 import threading
+import time
 
 from Xlib import X, Xatom, display, error
 
@@ -19,7 +20,8 @@ class Sighting:
 
 
 class WindowWatch:
-    """Watches a desktop from entry to exit, on a connection of its own."""
+    """Watches a desktop from entry to exit, on a connection of its own: the window manager's list,
+    and the windows that are none of its business (under Wine those without a taskbar entry)."""
 
     def __init__(self, desktop):
         self._name = desktop.environment["DISPLAY"]
@@ -32,7 +34,7 @@ class WindowWatch:
         self._root = self._display.screen().root
         self._list = self._display.intern_atom("_NET_CLIENT_LIST")
         self._title = self._display.intern_atom("_NET_WM_NAME")
-        self._root.change_attributes(event_mask=X.PropertyChangeMask)
+        self._root.change_attributes(event_mask=X.PropertyChangeMask | X.SubstructureNotifyMask)
         self._display.sync()
         self._thread.start()
         return self
@@ -52,16 +54,25 @@ class WindowWatch:
                 event = self._display.next_event()
                 if event.type == X.PropertyNotify and event.atom == self._list:
                     self._compare(event.time / 1000)
+                elif event.type in (X.MapNotify, X.UnmapNotify, X.DestroyNotify):
+                    self._compare(time.monotonic() % (2 ** 32 / 1000))
 
     def _compare(self, now):
         listed = self._root.get_full_property(self._list, Xatom.WINDOW)
-        present = set(listed.value) if listed else set()
+        present = {*(listed.value if listed else ()), *self._unmanaged()}
         for identifier in present - self._sightings.keys():
             with contextlib.suppress(error.XError):
                 self._sightings[identifier] = self._look_at(identifier, now)
         for identifier in self._sightings.keys() - present:
             if self._sightings[identifier].went is None:
                 self._sightings[identifier].went = now
+
+    def _unmanaged(self):
+        for window in self._root.query_tree().children:
+            with contextlib.suppress(error.XError):
+                attributes = window.get_attributes()
+                if attributes.override_redirect and attributes.map_state == X.IsViewable:
+                    yield window.id
 
     def _look_at(self, identifier, now):
         window = self._display.create_resource_object("window", identifier)

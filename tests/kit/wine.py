@@ -83,6 +83,12 @@ class Prefix:
         assert drive == "C"
         return os.path.join(self.folder, "drive_c", *rest.split("\\"))
 
+    def windows_path(self, path):
+        """What a file of drive C: is called by Windows programs."""
+        relative = os.path.relpath(path, os.path.join(self.folder, "drive_c"))
+        assert not relative.startswith(os.pardir)
+        return "C:\\" + relative.replace(os.sep, "\\")
+
     def _run_server(self, option):
         subprocess.run(["wineserver", option], env=self.environment, check=False,
                        stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,

@@ -3,7 +3,7 @@
 import os
 
 from tests.kit.driver import Role
-from tests.stories.story import story as listed
+from tests.stories.story import story as listed, with_service
 
 
 def left_edges(story, installer_code, document, **buttons):
@@ -28,6 +28,7 @@ def left_edges(story, installer_code, document, **buttons):
 
 
 @listed
+@with_service
 def german(story):
     """An installation in German, its document and its interface."""
     edges = left_edges(story, "DEU", "de.cfg", cancel="Abbrechen", proceed="Weiter",
@@ -37,6 +38,7 @@ def german(story):
 
 
 @listed
+@with_service
 def arabic(story):
     """An installation in Arabic: everything is mirrored."""
     edges = left_edges(story, "ARG", "ar.cfg", cancel="إلغاء الأمر", proceed="متابعة",

@@ -16,7 +16,7 @@ from tests.kit.proxies import HttpProxy, SocksProxy
 from tests.kit.service import Service
 from tests.kit.windowwatch import WindowWatch
 from tests.stories import events
-from tests.stories.story import MAIN, SPLASH, Outcome, Skipped, story as listed
+from tests.stories.story import (MAIN, SPLASH, Outcome, Skipped, story as listed, with_service)
 
 # Qt asks no proxy for loopback names; it does not take the machine's own name for one.
 MACHINE = socket.gethostname()
@@ -35,6 +35,7 @@ def ask(story, server):
 
 
 @listed
+@with_service
 def closed_splash(story):
     """The user changes their mind while the program loads: it ends, no window, nothing fetched."""
     with Listener() as silent:
@@ -55,22 +56,24 @@ def closed_splash(story):
 
 
 @listed
+@with_service
 def closed_splash_by_keys(story):
     """The same by the window system's close key."""
     with Listener() as silent:
         ask(story, silent)
         with story.start() as program:
             program.wait_for(Role.BUTTON, "Close")
-            story.desktop.press_keys("alt+F4", title=SPLASH)
+            story.ask_to_close(SPLASH)
             try:
                 program.wait_for_exit(4)
             except subprocess.TimeoutExpired:  # lost on its way; a user would press again
-                story.desktop.press_keys("alt+F4", title=SPLASH)
+                story.ask_to_close(SPLASH)
                 program.wait_for_exit()
     story.judge(Outcome(requests=0))
 
 
 @listed
+@with_service
 def closed_splash_among_pictures(story):
     """The splash is closed when the document is there and its pictures are not: the document is
     kept, and no earlier picture is touched."""
@@ -102,6 +105,7 @@ def closed_splash_among_pictures(story):
 
 
 @listed
+@with_service
 def silent_server(story):
     """A server that accepts and never answers: the window comes after ten seconds, and the open
     connection does not delay the end."""
@@ -165,6 +169,7 @@ def through_proxy(story, proxy, mode):
 
 
 @listed
+@with_service
 def http_proxy(story):
     """Everything is fetched through an HTTP proxy that wants a name and a password."""
     with HttpProxy(story.out, "robin", "hood") as proxy:
@@ -173,6 +178,7 @@ def http_proxy(story):
 
 
 @listed
+@with_service
 def socks_proxy(story):
     """Everything is fetched through a SOCKS5 proxy that wants a name and a password."""
     with SocksProxy(story.out, "robin", "hood") as proxy:
@@ -190,6 +196,7 @@ def trusting(authority_folder):
 
 
 @listed
+@with_service
 def https(story):
     """Everything is fetched over TLS, with a certificate that the machine trusts."""
     with distant_service(story, certificate_for=MACHINE) as distant:
@@ -199,6 +206,7 @@ def https(story):
 
 
 @listed
+@with_service
 def https_to_http(story):
     """A trusted server that leads elsewhere, without TLS: it is followed."""
     with distant_service(story, certificate_for=MACHINE,
@@ -220,12 +228,14 @@ def refused_certificate(story, certificate_for, is_trusted):
 
 
 @listed
+@with_service
 def https_unknown_authority(story):
     """A certificate of an unknown authority: nothing is fetched, the earlier document stays."""
     refused_certificate(story, MACHINE, is_trusted=False)
 
 
 @listed
+@with_service
 def https_wrong_name(story):
     """A trusted certificate for another host: nothing is fetched, the earlier document stays."""
     refused_certificate(story, "other.host.example", is_trusted=True)

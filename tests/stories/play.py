@@ -31,7 +31,8 @@ def play(name, platform, binaries, out):
     """Plays one story in this process; returns its exit code."""
     tell = STORIES[name]
     print(f"== {name}: {tell.__doc__}")
-    with platform_story(platform)(binaries, out) as story:
+    needs_service = getattr(tell, "needs_service", False)
+    with platform_story(platform)(binaries, out, needs_service) as story:
         try:
             tell(story)
         except Skipped as reason:

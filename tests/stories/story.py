@@ -27,6 +27,13 @@ def story(play):
     return play
 
 
+def with_service(play):
+    """Marks a story that needs a service of its own in place of the maker's hosts. The others play
+    the program as it ships, where that can be had."""
+    play.needs_service = True
+    return play
+
+
 class Skipped(Exception):
     """The machine does not allow what the story needs."""
 
@@ -60,10 +67,13 @@ class Story(abc.ABC):
 
     desktop_size = (1000, 680)
 
-    def __init__(self, binaries, out):
+    def __init__(self, binaries, out, needs_service=False):
         self.binaries = os.path.abspath(binaries)
         self.out = make_afresh(out)
         self.root = os.path.join(self.out, "sandbox")
+        self.needs_service = needs_service
+        self.service = None
+        self.environment = {}  # that the program is started with
         self.failures = []
         self.desktop = None
         self.program = None
@@ -114,8 +124,20 @@ class Story(abc.ABC):
     def links(self):
         """Those that were opened in the browser."""
 
+    def ask_to_close(self, title):
+        """Closes a window as the window system's close key does."""
+        self.desktop.press_keys("alt+F4", title=title)
+
+    def name_to_program(self, path):
+        """What a file of the installation is called by its programs."""
+        return path
+
     def judge_surroundings(self, expected):
-        """Judges what only this platform shows."""
+        """Judges what is seen beside the program's own records."""
+        if self.service:
+            requests = self.service.requests()
+            self.expect_equal((len(requests), len(set(requests))), (expected.requests,) * 2,
+                              f"{expected.requests} files were fetched, each of them once")
 
     def describe_surroundings(self):
         """Prints what only this platform shows."""

@@ -30,11 +30,14 @@ def upgrade(story):
     launched = ["launched.txt", "launched.txt.starts"]
     for file in launched:
         story.wait_for_file(os.path.join(story.product_folder(), file))
-    product_data = story.path("ProgramData/Norvane Clipwright")
+    # The program names its own data with slashes on every platform.
+    update_info = story.name_to_program(
+        story.path("ProgramData/Norvane Clipwright/Back_UpdateInfo.json")).replace("\\", "/")
     story.expect_equal(story.lines("Received/update-installer.txt"), [
-        f'/CFGPATH="{product_data}/Back_UpdateInfo.json"',
+        f'/CFGPATH="{update_info}"',
         '/NEWVER="7.3.0.1"', '/LANG="ENG"', '/SKIN="0"', '/CURVER="7.2.1.4"',
-        f'/INSTALLPATH="{story.product_folder()}"', '/PRODUCTNAME="Norvane Clipwright"',
+        f'/INSTALLPATH="{story.name_to_program(story.product_folder())}"',
+        '/PRODUCTNAME="Norvane Clipwright"',
         '/SOURCE="Uninstaller"',
     ], "the update installer received its eight switches")
     story.expect("Version=7.3.0.1" in story.lines("ProgramData/Norvane Clipwright/Clipwright.ini"),

@@ -1,128 +1,91 @@
-"""Stories on the program as it ships, under Wine: installed by a real setup, driven by mouse and
-keyboard."""
+"""Stories on the Windows program under Wine: installed by a real setup, driven by mouse and
+keyboard where UI Automation tells that its objects are. The program is the one that ships, unless a
+story needs a service in place of the maker's hosts."""
 
 import os
+import shutil
 import subprocess
 import time
 
-from tests.kit.desktop import Place
-from tests.kit.driver import Driver, Role
 from tests.kit.folders import ROOT
-from tests.kit.installation import browser_folder
+from tests.kit.installation import browser_folder, lines
+from tests.kit.service import Service
+from tests.kit.uiautomation import UiAutomationDriver
 from tests.kit.wine import Prefix
-from tests.stories import removal
-from tests.stories.story import CONFIRMATION, MAIN, Story, everything
+from tests.stories.story import SPLASH, Story
 
 MUTEX = "Norvane Clipwright Uninstaller"
 PRODUCT = "C:\\Program Files\\Norvane\\Norvane Clipwright"
 WIZARD = PRODUCT + "\\Uninstaller\\clipwright-uninstaller.exe"
-
-# Where objects are in the program's forms. Labels are looked at, not clicked.
-PLACES = {
-    CONFIRMATION: {
-        (Role.LABEL, removal.QUESTION): (160, 190),
-        (Role.CHECK_BOX, removal.RESOURCES): (50, 239),
-        (Role.BUTTON, "Remove"): (102, 285),
-        (Role.BUTTON, "Cancel"): (218, 285)},
-    MAIN: {
-        (Role.RADIO_BUTTON, removal.PRICE): (318, 94),
-        (Role.RADIO_BUTTON, removal.FEATURE): (318, 127),
-        (Role.RADIO_BUTTON, removal.ONCE): (318, 259),
-        (Role.TEXT_FIELD, removal.DETAILS): (506, 172),
-        (Role.BUTTON, removal.OFFER): (136, 432),
-        (Role.BUTTON, "Continue"): (488, 436),
-        (Role.BUTTON, "Cancel"): (624, 436),
-        (Role.LABEL, removal.RUNNING): (360, 240),
-        (Role.LABEL, removal.SUCCESS): (248, 268),
-        (Role.TEXT_FIELD, removal.ADDRESS): (248, 346),
-        (Role.LABEL, "Please enter a valid email address."): (248, 382),
-        (Role.BUTTON, "Done"): (248, 418),
-        (removal.TAB, "Creativity"): (72, 102),
-        (removal.TAB, "Utility"): (72, 178),
-        (Role.BUTTON, "Close"): (694, 28)}}
-
-# Which recorded event says that a page with such an object is shown.
-SHOWN_AFTER = {
-    (Role.LABEL, removal.RUNNING): ("UninstallReConfirm", {"ButtonClick": "Remove"}),
-    (Role.LABEL, removal.SUCCESS): ("UninstallCompleted", {"result": "success"}),
-    (removal.TAB, "Creativity"): ("UninstallCompleted", {"ButtonClick": "Subscribe"})}
-
-
-class FixedPlaces(Driver):
-    """Knows which objects the program's forms have and where, but not whether they are shown,
-    enabled or focused: it goes by the windows that are there and the events that the program has
-    recorded."""
-
-    def __init__(self, desktop, process, recorded_events):
-        super().__init__(desktop, process)
-        self._recorded_events = recorded_events
-
-    def find(self, role, name=None, window=None):
-        for title, places in PLACES.items():
-            if window in (None, title) and (role, name) in places:
-                shown = self.desktop.windows(title)
-                if shown and self._has_happened(SHOWN_AFTER.get((role, name))):
-                    return shown[0], *places[role, name]
-        return None
-
-    def try_to_press(self, found):
-        self.desktop.click(*found, hover=0.2)  # Wine tells the button of the mouse over it later
-        time.sleep(0.3)
-        return True
-
-    def enter_text(self, found, text):
-        self.try_to_press(found)
-        self.desktop.press_keys("ctrl+a")
-        self.desktop.type_text(text)
-        time.sleep(0.3)
-
-    def focused(self):
-        raise NotImplementedError("the places of a form do not tell its focus")
-
-    def place(self, found):
-        window, x, y = found
-        left, top = self.desktop.place(window)[:2]
-        return Place(left + x, top + y, 0, 0)
-
-    def _has_happened(self, event):
-        if event is None:
-            return True
-        action, properties = event
-        if not any(recorded == action and properties.items() <= values.items()
-                   for _, recorded, values in self._recorded_events()):
-            return False
-        time.sleep(1)  # the success view comes half a second after its event
-        return True
+SANDBOX_WIZARD = PRODUCT + "\\Uninstaller\\clipwright-uninstaller-sandbox.exe"
+PRODUCT_DATA = "C:\\ProgramData\\Norvane Clipwright"
+UPDATE = "C:\\Program Files\\Norvane\\Norvane Clipwright Update\\Norvane Clipwright Update"
+FEED = "C:\\Feed"
+UPDATE_MILLISECONDS = 2000
 
 
 class WindowsStory(Story):
     desktop_size = (1600, 1100)  # room for the window at a scale of two
+    _wizard = WIZARD
 
     def prepare(self, resources):
         self.prefix = resources.enter_context(Prefix(os.path.join(self.out, "prefix"),
                                                      self.desktop.environment))
+        self.environment = self.prefix.environment
+        self.install()
+        self.root = os.path.dirname(self.prefix.variable("TEMP"))
+        profile = self.prefix.variable("USERPROFILE")
+        self._folders = {"Feed": self.prefix.path(FEED),
+                         "ProgramData": os.path.dirname(self.prefix.path(PRODUCT_DATA)),
+                         "Received": os.path.join(profile, "Received")}
+        self._offer_upgrade()
+        self._catch_links()
+        if self.needs_service:
+            self._wizard = SANDBOX_WIZARD
+            shutil.copy(os.path.join(self.binaries, "clipwright-uninstaller-sandbox.exe"),
+                        self.prefix.path(SANDBOX_WIZARD))
+            self.service = resources.enter_context(Service(os.path.join(self.out, "service")))
+            self.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = self.service.url
+
+    def install(self):
+        """Installs the sample product with the wizard."""
         setup = os.path.join(self.out, "Clipwright sample.exe")
         subprocess.run(["makensis", "-V2", "-WX", f"-DOUTPUT={setup}",
                         f"-DPROGRAMS={self.binaries}",
                         os.path.join(ROOT, "tests", "stories", "windows", "setup.nsi")], check=True)
         if self.prefix.run(setup) != 0:
             raise OSError("the setup failed")
-        self.root = os.path.dirname(self.prefix.variable("TEMP"))
-        self._received = os.path.join(self.prefix.variable("USERPROFILE"), "Received",
-                                      "uninstaller.txt")
+
+    def _offer_upgrade(self):
+        self.environment["NVUPGRADE_FEED"] = FEED
+        if self.prefix.run(os.path.join(self.binaries, "make-sandbox.exe"), "--feed", FEED) != 0:
+            raise OSError("cannot write the feed")
+        os.makedirs(self.path("Received"))
+        record = self.name_to_program(self.path("Received/update-installer.txt"))
+        with open(self.prefix.path(UPDATE) + ".txt", "w", encoding="utf-8") as orders:
+            orders.write(f"delay={UPDATE_MILLISECONDS}\nrecord={record}\n"
+                         f"ini={PRODUCT_DATA}\\Clipwright.ini\n")
+
+    def _catch_links(self):
         self._links = os.path.join(self.out, "links.txt")
         browser = browser_folder(os.path.join(self.out, "browser"), self._links)
         self.prefix.set_registry("HKCU\\Software\\Wine\\WineBrowser", "Browsers", "REG_SZ",
                                  os.path.join(browser, "xdg-open"))
 
     def launch(self, wrap):
-        with open(os.path.join(self.out, "program.log"), "wb") as log:
-            process = self.desktop.start(["wine", WIZARD], env=self.prefix.environment,
-                                         stdout=log, stderr=log)
-        return FixedPlaces(self.desktop, process, self.events)
+        return UiAutomationDriver(self.desktop, self.prefix, [*wrap, "wine", self._wizard],
+                                  os.path.join(self.binaries, "uia-reader.exe"),
+                                  os.path.join(self.out, "program.log"))
 
     def run_second_copy(self):
-        return self.prefix.run(WIZARD)
+        return self.prefix.run(self._wizard)
+
+    def ask_to_close(self, title):
+        if title != SPLASH:
+            super().ask_to_close(title)
+        # Under Wine the window manager knows nothing of a window without taskbar entry.
+        elif self.prefix.run("taskkill", "/im", self._wizard.rpartition("\\")[2]) != 0:
+            raise OSError("the window cannot be closed")
 
     def is_name_held(self):
         probe = os.path.join(self.binaries, "mutex-probe.exe")
@@ -131,6 +94,13 @@ class WindowsStory(Story):
     def product_folder(self):
         return self.prefix.path(PRODUCT)
 
+    def path(self, relative):
+        first, _, rest = relative.partition("/")
+        return os.path.join(self._folders.get(first, os.path.join(self.root, first)), rest)
+
+    def name_to_program(self, path):
+        return self.prefix.windows_path(path)
+
     def files_left(self):
         """Without those that the running program and its libraries keep from being removed."""
         return [file for file in super().files_left()
@@ -138,17 +108,18 @@ class WindowsStory(Story):
 
     def arguments_received(self):
         try:
-            with open(self._received, encoding="utf-16") as file:
+            with open(self.path("Received/uninstaller.txt"), encoding="utf-16") as file:
                 return file.read().split()
         except FileNotFoundError:
             return []
 
     def links(self):
-        return self.lines(self._links)
+        return lines(self._links)
 
     def judge_surroundings(self, expected):
+        super().judge_surroundings(expected)
         is_there = self.prefix.registry("HKCR\\NCPFile", "path") is not None
-        self.expect_equal(is_there, expected.keeps is everything,
+        self.expect_equal(is_there, not expected.arguments,
                           "the product's registry key is there as long as the product is")
 
     def picture(self, name):
