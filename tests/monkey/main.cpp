@@ -115,12 +115,17 @@ int main(int argc, char **argv)
         return live(world, parser.value(life).toULongLong(), longestLife, alone) ? 0 : 1;
     }
 
+    const int walkLength = parser.value(steps).toInt();
+    const int walks = parser.value(repeat).toInt();
+    if (walkLength < 1 || walks < 1) {
+        std::fprintf(stderr, "The numbers of steps and of walks are from 1 to 2147483647.\n");
+        return 2;
+    }
     std::printf("seed %s\n", qPrintable(parser.value(seed)));
     std::fflush(stdout);
     std::optional<Walk> first;
-    for (int i = 0; i < parser.value(repeat).toInt(); ++i) {
-        const std::optional<Walk> next =
-            walk(world, parser.value(seed).toULongLong(), parser.value(steps).toInt());
+    for (int i = 0; i < walks; ++i) {
+        const std::optional<Walk> next = walk(world, parser.value(seed).toULongLong(), walkLength);
         if (!next)
             return 1;
         if (first && first->digest != next->digest) {
