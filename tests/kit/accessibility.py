@@ -56,23 +56,29 @@ class AccessibilityDriver(Driver):
         extents = found.get_extents(self._atspi.CoordType.SCREEN)
         return Place(extents.x, extents.y, extents.width, extents.height)
 
-    def everything_shown(self, window):
+    def everything_shown(self):
         found = []
+        state = self._atspi.StateType
 
         def note(node):
             states = node.get_state_set()
-            if not states.contains(self._atspi.StateType.SHOWING):
+            if not states.contains(state.SHOWING):
                 return
             role, name = ROLES.get(int(node.get_role())), node.get_name()
             if role and (name or role is not Role.PAGE):
-                found.append(Shown(role, name,
-                                   states.contains(self._atspi.StateType.ENABLED),
-                                   states.contains(self._atspi.StateType.FOCUSED)))
+                found.append(Shown(role, name, states.contains(state.ENABLED),
+                                   states.contains(state.FOCUSED)))
             for child in children(node):
                 note(child)
 
-        for top in self._windows(window):
-            note(top)
+        try:
+            for top in self._windows():
+                if top.get_state_set().contains(state.ACTIVE):
+                    found.append(Shown(Role.WINDOW, top.get_name()))
+                    for child in children(top):
+                        note(child)
+        except self._error:
+            pass  # the tree changed while it was walked; the caller looks again
         return found
 
     def _first(self, is_wanted, window=None):
@@ -87,7 +93,7 @@ class AccessibilityDriver(Driver):
         except self._error:
             return None  # the tree changed while it was walked; the caller looks again
 
-    def _windows(self, title):
+    def _windows(self, title=None):
         """Those of the program, of a title or of any."""
         bus = self._atspi.get_desktop(0)
         bus.clear_cache()  # it may hold what has gone, and the news of that may come late

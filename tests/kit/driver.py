@@ -21,6 +21,7 @@ class Role(enum.Enum):
     PROGRESS_BAR = "progress bar"
     RADIO_BUTTON = "radio button"
     TEXT_FIELD = "text field"
+    WINDOW = "window"
 
 
 @dataclasses.dataclass
@@ -29,8 +30,8 @@ class Shown:
 
     role: Role
     name: str
-    enabled: bool
-    focused: bool
+    enabled: bool = True
+    focused: bool = False
 
     def __str__(self):
         states = ("" if self.enabled else ", disabled") + (", focused" if self.focused else "")
@@ -76,9 +77,9 @@ class Driver(abc.ABC):
         """Where an object is on the screen."""
 
     @abc.abstractmethod
-    def everything_shown(self, window):
-        """The objects of the window with that title, the outer before the inner ones. Those that
-        only hold others together, and have no name, are left out."""
+    def everything_shown(self):
+        """The window that has the keyboard, and the objects in it, the outer before the inner ones.
+        Those that only hold others together, and have no name, are left out."""
 
     def wait_for(self, role, name=None, window=None, seconds=PATIENCE):
         def is_shown_or_lost():

@@ -66,7 +66,7 @@ class UiAutomationDriver(Driver):
     def place(self, found):
         return Place(*found["rectangle"])
 
-    def everything_shown(self, window):
+    def everything_shown(self):
         found = []
 
         def note(node):
@@ -76,8 +76,12 @@ class UiAutomationDriver(Driver):
             for child in node["children"]:
                 note(child)
 
-        for top in self._ask(whole=True, window=window):
-            note(top)
+        # Under Wine a window without taskbar entry does not get the keyboard by itself.
+        tops = sorted(self._ask(whole=True), key=lambda top: not top["focused"])
+        for top in tops[:1]:
+            found.append(Shown(Role.WINDOW, top["name"]))
+            for child in top["children"]:
+                note(child)
         return found
 
     def _first(self, **wish):

@@ -12,7 +12,8 @@ import time
 
 from tests.stories.story import STORIES, Skipped
 
-from tests.stories import languages, network, removal, upgrade  # noqa: F401: they list stories
+from tests.stories import (languages, network, pages, removal,  # noqa: F401: they list stories
+                           upgrade)
 from tests.stories.windows import scale  # noqa: F401
 
 SKIPPED = 77  # as CTest is told
