@@ -1,15 +1,17 @@
 """Breaks one statement of the product at a time and asks the tests whether they notice.
 
-usage: python3 -m tools.mutants [N] [SEED]
+usage: python3 -m tools.mutants [N] [SEED] [--only REGEX] [--quick]
 
 Takes N places at random (100 unless told otherwise), each with one change: a call dropped, a
 condition negated, a comparison or a constant shifted. Works on a copy of the sources in
-build/mutants, so that the tree stays as it is. The tests nearest to the change run first; a mutant
-is a survivor when every test of the native build passes. Survivors that change nothing that can be
-observed stand, with the reason, in tools/mutants.toml, and do not count.
+build/mutants, so that the tree stays as it is. The tests that include the changed file's header run
+first, then those of units and components, then all; a mutant is a survivor when every test passes.
+Survivors that change nothing that can be observed stand, with the reason, in tools/mutants.toml, and
+do not count.
 """
 
 import argparse
+import os
 import pathlib
 import random
 import re
@@ -22,7 +24,7 @@ import tomllib
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 WORK = ROOT / "build" / "mutants"
 TREE = WORK / "tree"
-BUILD = WORK / "build"
+BUILD = TREE / "build" / "native"  # as in the tree itself, so that compiled files are shared
 EQUIVALENT = ROOT / "tools" / "mutants.toml"
 
 # A whole statement that is a call: nothing is declared, assigned or returned by it.
@@ -95,24 +97,28 @@ def sources():
     return [file for file in listed if "/win32/" not in file]
 
 
-def prepare():
-    """A copy of the tree, built without optimisation, since every mutant is linked many times."""
-    WORK.mkdir(parents=True, exist_ok=True)
-    shutil.rmtree(TREE, ignore_errors=True)
+def prepare(last_stage):
+    """A copy of the tree, built, whose tests pass up to a stage."""
+    TREE.mkdir(parents=True, exist_ok=True)
+    for entry in TREE.iterdir():
+        if entry.is_dir() and entry.name != "build":
+            shutil.rmtree(entry)
     files = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"],
                            cwd=ROOT, check=True, stdout=subprocess.PIPE).stdout
-    TREE.mkdir()
     archive = subprocess.Popen(["tar", "-C", ROOT, "--null", "-T", "-", "--ignore-failed-read",
                                 "-c"], stdin=subprocess.PIPE, stdout=subprocess.PIPE)
-    unpack = subprocess.Popen(["tar", "-C", TREE, "-x"], stdin=archive.stdout)
+    # Every file as of now: a change that an interrupted run has compiled must not stay.
+    unpack = subprocess.Popen(["tar", "-C", TREE, "-x", "-m"], stdin=archive.stdout)
     archive.stdin.write(files)
     archive.stdin.close()
     if unpack.wait() or archive.wait():
         sys.exit("cannot copy the sources")
-    if not quiet(["cmake", "-S", TREE, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=",
-                  "-DCMAKE_CXX_FLAGS=-O0 -w -fuse-ld=lld"]) or not quiet(["ninja", "-C", BUILD]):
+    os.environ["CCACHE_NOHASHDIR"] = "1"
+    if not quiet(["cmake", "-S", TREE, "--preset", "native",
+                  "-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld -Wl,--strip-debug"]) or not quiet(
+                      ["cmake", "--build", BUILD]):
         sys.exit(f"the unchanged sources do not build: {WORK / 'log.txt'}")
-    if not passes(""):
+    if not passes(last_stage):
         sys.exit(f"the unchanged sources fail {failing_test()}: {WORK / 'log.txt'}")
 
 
@@ -120,23 +126,36 @@ def quiet(command, seconds=None):
     """Tells whether a command succeeds; what it says is in the log."""
     with open(WORK / "log.txt", "wb") as log:
         try:
-            return subprocess.run(command, check=False, stdin=subprocess.DEVNULL, stdout=log,
-                                  stderr=log, timeout=seconds).returncode == 0
+            return subprocess.run(command, check=False, cwd=TREE, stdin=subprocess.DEVNULL,
+                                  stdout=log, stderr=log, timeout=seconds).returncode == 0
         except subprocess.TimeoutExpired:
             return False
 
 
-def passes(folder):
-    return quiet(["ctest", "--test-dir", BUILD / folder, "-j3", "--stop-on-failure",
-                  "--no-tests=error"], 3600)
+class Stage:
+    """Tests that run together: targets to build, a folder of the build, options that choose."""
+
+    def __init__(self, targets, folder="tests", *options):
+        self.targets, self.folder, self.options = targets, folder, options
 
 
-def stages(file):
-    """Folders of tests, the nearest to the changed file first."""
-    folder = pathlib.PurePath(file).parts[1]
-    near = {"app": ["unit/app", "component/app"], "config": ["unit/config", "component/download"],
-            "ui": ["unit/ui", "component/wizard"], "wizard": ["component/wizard"]}
-    return [f"tests/{part}" for part in near.get(folder, [f"unit/{folder}"])] + [""]
+QUICK = Stage(["tests/unit/all", "tests/component/all"], "tests",
+              "-R", "^test_", "-E", "^test_surfaces_([^E]|ES|ENG_1[.]|ENG_2)")
+WHOLE = Stage(["all"], ".")
+
+
+def passes(stage):
+    return quiet(["ctest", "--test-dir", BUILD / stage.folder, f"-j{os.cpu_count()}",
+                  "--stop-on-failure", "--no-tests=error", *stage.options], 3600)
+
+
+def nearest(file):
+    """The tests that include the changed file's header, if there are any."""
+    header = str(pathlib.PurePath(file).relative_to("src").with_suffix(".h"))
+    names = sorted({test.stem for folder in ("unit", "component")
+                    for test in (ROOT / "tests" / folder).rglob("test_*.cpp")
+                    if "win32" not in test.parts and f'#include "{header}"' in test.read_text(encoding="utf-8")})
+    return [Stage(names, "tests", "-R", f"^({'|'.join(names)})$")] if names else []
 
 
 def failing_test():
@@ -145,7 +164,7 @@ def failing_test():
     return failed.group(1) if failed else "a test"
 
 
-def outcome(mutant):
+def outcome(mutant, stages):
     """"does not build", "survived", or the name of the test that failed."""
     target = TREE / mutant.file
     whole = target.read_text(encoding="utf-8")
@@ -153,11 +172,10 @@ def outcome(mutant):
     lines[mutant.first:mutant.last + 1] = [mutant.new + "\n"]
     target.write_text("".join(lines), encoding="utf-8")
     try:
-        for folder in stages(mutant.file):
-            goal = f"{folder}/all" if folder else "all"
-            if not quiet(["ninja", "-C", BUILD, goal]):
+        for stage in nearest(mutant.file) + stages:
+            if not quiet(["ninja", "-C", BUILD, *stage.targets]):
                 return "does not build"
-            if not passes(folder):
+            if not passes(stage):
                 return failing_test()
         return "survived"
     finally:
@@ -168,23 +186,26 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("number", type=int, nargs="?", default=100)
     parser.add_argument("seed", type=int, nargs="?", default=1)
-    parser.add_argument("--only", default="", help="files whose path contains this")
+    parser.add_argument("--only", default="", help="files whose path matches this expression")
+    parser.add_argument("--quick", action="store_true",
+                        help="ask the tests of units and components alone")
     arguments = parser.parse_args()
 
     equivalent = tomllib.loads(EQUIVALENT.read_text(encoding="utf-8")).get("mutant", [])
     reasons = {(entry["file"], " ".join(entry["old"].split()), " ".join(entry["new"].split())):
                entry["reason"] for entry in equivalent}
-    places = [mutant for file in sources() if arguments.only in file
+    places = [mutant for file in sources() if re.search(arguments.only, file)
               for mutant in mutants_of(file)]
     chosen = random.Random(arguments.seed).sample(places, min(arguments.number, len(places)))
     print(f"{len(chosen)} of {len(places)} mutants, seed {arguments.seed}", flush=True)
-    prepare()
+    stages = [QUICK] if arguments.quick else [QUICK, WHOLE]
+    prepare(stages[-1])
 
     survivors, killed, known = [], 0, 0
     for number, mutant in enumerate(chosen, 1):
         began = time.monotonic()
         key = (mutant.file, " ".join(mutant.old.split()), " ".join(mutant.new.split()))
-        result = "equivalent: " + reasons[key] if key in reasons else outcome(mutant)
+        result = "equivalent: " + reasons[key] if key in reasons else outcome(mutant, stages)
         known += key in reasons
         if result == "survived":
             survivors.append(mutant)

@@ -8,7 +8,7 @@ import subprocess
 import threading
 import time
 
-from Xlib import X, Xatom, display, error
+from Xlib import X, Xatom, Xutil, display, error
 
 from tests.kit.processes import Processes, end
 
@@ -93,10 +93,32 @@ class Desktop:
         raise OSError("Xvfb does not start")
 
     def _start_manager(self):
+        """Starts the window manager, and waits until it closes a window by its key. A window that
+        appears earlier may never be managed, and a key be lost: the server tells of a new keyboard
+        with the first key, and the manager then grabs its keys anew."""
         self._manager = self.start(["openbox"])
-        # A window that appears while the manager starts may never be managed.
         wait_until(lambda: self._root_property("_NET_SUPPORTING_WM_CHECK"), PATIENCE,
                    "a window manager")
+        probe = self._root.create_window(0, 0, 1, 1, 0, X.CopyFromParent)
+        probe.set_wm_hints(flags=Xutil.InputHint, input=1)
+        probe.set_wm_protocols([self._display.intern_atom("WM_DELETE_WINDOW")])
+        pauses = iter(2 ** count / 4 for count in range(20))
+        mapped_again = time.monotonic()
+
+        def is_closed():
+            nonlocal mapped_again
+            if self.has_keyboard(probe.id):
+                self.press_keys("alt+F4")
+            elif not self._is_managed(probe.id) and time.monotonic() >= mapped_again:
+                mapped_again = time.monotonic() + next(pauses)
+                probe.unmap()
+                probe.map()
+            return any(self._display.next_event().type == X.ClientMessage
+                       for _ in range(self._display.pending_events()))
+
+        wait_until(is_closed, PATIENCE, "a window that the window manager closes")
+        probe.destroy()  # which the manager sees after the keys
+        wait_until(lambda: not self._is_managed(probe.id), PATIENCE, "the window's end")
 
     def _start_compositor(self):
         """Without one, a translucent window does not show what lies behind it."""
@@ -158,7 +180,7 @@ class Desktop:
     def has_keyboard(self, window):
         """Tells whether keys go to a window, and those of the window manager concern it."""
         if self._extent >= self.MANAGED and not (
-                window in (self._root_property("_NET_CLIENT_LIST") or [])
+                self._is_managed(window)
                 and list(self._root_property("_NET_ACTIVE_WINDOW") or []) == [window]):
             return False
         with contextlib.suppress(error.XError):
@@ -230,6 +252,9 @@ class Desktop:
 
     def _resource(self, window):
         return self._display.create_resource_object("window", window)
+
+    def _is_managed(self, window):
+        return window in (self._root_property("_NET_CLIENT_LIST") or [])
 
     def _root_property(self, name):
         found = self._root.get_full_property(self._display.intern_atom(name), X.AnyPropertyType)

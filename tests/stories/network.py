@@ -64,11 +64,7 @@ def closed_splash_by_keys(story):
         with story.start() as program:
             program.wait_for(Role.BUTTON, "Close")
             story.ask_to_close(SPLASH)
-            try:
-                program.wait_for_exit(4)
-            except subprocess.TimeoutExpired:  # lost on its way; a user would press again
-                story.ask_to_close(SPLASH)
-                program.wait_for_exit()
+            program.wait_for_exit()
     story.judge(Outcome(requests=0))
 
 
