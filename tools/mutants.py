@@ -6,7 +6,7 @@ Takes N places at random (100 unless told otherwise), each with one change: a ca
 condition negated, a comparison or a constant shifted. Works on a copy of the sources in
 build/mutants, so that the tree stays as it is. The tests that include the changed file's header run
 first, then those of units and components, then all; a mutant is a survivor when every test passes.
-Survivors that change nothing that can be observed stand, with the reason, in tools/mutants.toml, and
+Survivors that change nothing that can be observed stand with the reason in tools/mutants.toml, and
 do not count.
 """
 
@@ -24,7 +24,7 @@ import tomllib
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 WORK = ROOT / "build" / "mutants"
 TREE = WORK / "tree"
-BUILD = TREE / "build" / "native"  # as in the tree itself, so that compiled files are shared
+BUILD = WORK / "build"
 EQUIVALENT = ROOT / "tools" / "mutants.toml"
 
 # A whole statement that is a call: nothing is declared, assigned or returned by it.
@@ -48,7 +48,7 @@ class Mutant:
     def __str__(self):
         def flat(text):
             return " ".join(text.split())
-        new = flat(self.new) or "(dropped)"
+        new = "(dropped)" if self.new == ";" else flat(self.new)
         return f"{self.file}:{self.first + 1}: {flat(self.old)}  =>  {new}"
 
 
@@ -65,7 +65,7 @@ def mutants_of(file):
         last = end_of_statement(lines, first)
         statement = "\n".join(lines[first:last + 1])
         if CALL.match(statement) and begins_statement(lines, first):
-            yield change("", last, statement)
+            yield change(";", last, statement)  # it may be all that an "if" guards
         condition = CONDITION.match(code)
         if condition:
             yield change(condition.expand(r"\1!(\2)\3"))
@@ -98,11 +98,10 @@ def sources():
 
 
 def prepare(last_stage):
-    """A copy of the tree, built, whose tests pass up to a stage."""
-    TREE.mkdir(parents=True, exist_ok=True)
-    for entry in TREE.iterdir():
-        if entry.is_dir() and entry.name != "build":
-            shutil.rmtree(entry)
+    """A copy of the tree, built without optimisation and warnings, whose tests pass up to a
+    stage."""
+    shutil.rmtree(TREE, ignore_errors=True)
+    TREE.mkdir(parents=True)
     files = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"],
                            cwd=ROOT, check=True, stdout=subprocess.PIPE).stdout
     archive = subprocess.Popen(["tar", "-C", ROOT, "--null", "-T", "-", "--ignore-failed-read",
@@ -113,10 +112,9 @@ def prepare(last_stage):
     archive.stdin.close()
     if unpack.wait() or archive.wait():
         sys.exit("cannot copy the sources")
-    os.environ["CCACHE_NOHASHDIR"] = "1"
-    if not quiet(["cmake", "-S", TREE, "--preset", "native",
-                  "-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld -Wl,--strip-debug"]) or not quiet(
-                      ["cmake", "--build", BUILD]):
+    if not quiet(["cmake", "-S", TREE, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=",
+                  "-DCMAKE_CXX_FLAGS=-O0 -w -fuse-ld=lld"]) or not quiet(
+                      ["ninja", "-C", BUILD, *last_stage.targets]):
         sys.exit(f"the unchanged sources do not build: {WORK / 'log.txt'}")
     if not passes(last_stage):
         sys.exit(f"the unchanged sources fail {failing_test()}: {WORK / 'log.txt'}")
@@ -152,9 +150,10 @@ def passes(stage):
 def nearest(file):
     """The tests that include the changed file's header, if there are any."""
     header = str(pathlib.PurePath(file).relative_to("src").with_suffix(".h"))
-    names = sorted({test.stem for folder in ("unit", "component")
-                    for test in (ROOT / "tests" / folder).rglob("test_*.cpp")
-                    if "win32" not in test.parts and f'#include "{header}"' in test.read_text(encoding="utf-8")})
+    names = sorted(test.stem for folder in ("unit", "component")
+                   for test in (ROOT / "tests" / folder).rglob("test_*.cpp")
+                   if "win32" not in test.parts
+                   and f'#include "{header}"' in test.read_text(encoding="utf-8"))
     return [Stage(names, "tests", "-R", f"^({'|'.join(names)})$")] if names else []
 
 
