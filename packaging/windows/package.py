@@ -14,6 +14,8 @@ import subprocess
 import sys
 import zipfile
 
+import hardening
+
 HERE = pathlib.Path(__file__).resolve().parent
 OUT = HERE.parents[1] / "dist"
 TOOL = "x86_64-w64-mingw32-"
@@ -54,6 +56,28 @@ def check_imports(program, allowed):
     beyond = [name for name in found if name.lower() not in allowed]
     if beyond:
         sys.exit(f"{program.name}: not allowed are {', '.join(beyond)}")
+
+
+def check_protection(program, build):
+    """A program is not packed that lacks a protection, or with a library that was compiled without:
+    calls of the guards stand in the object files alone."""
+    found = hardening.lacks(program)
+    words = shlex.split(link_command(build))
+    for word in sorted({word for word in words if re.search(r"/lib(clipwright|Qt5|q|jsoncpp)", word)
+                        and word.endswith(".a") and not word.endswith(".dll.a")}):
+        archive = build / word  # an absolute one stays as it is
+        symbols = run(TOOL + "nm", "--undefined-only", archive)
+        if "__stack_chk_fail" not in symbols:
+            found.append(f"{archive.name} has no protection of the stack")
+        if archive.name == "libQt5Core.a" and "__memcpy_chk" not in symbols:
+            found.append(f"{archive.name} has no checked string functions")
+    compiled = [line for line in run("ninja", "-C", build, "-t", "commands",
+                                     "bin/" + PROGRAM).splitlines() if " -c " in line]
+    if not compiled or any(".rc" not in line and "-D_FORTIFY_SOURCE=2" not in line
+                           for line in compiled):
+        found.append("a source is compiled without checked string functions")
+    if found:
+        sys.exit(f"{program.name}: " + "; ".join(found))
 
 
 def strip(source, target, symbols):
@@ -133,6 +157,7 @@ def main():
                if line and not line.startswith("#")}
     strip(build / "bin" / PROGRAM, folder / PROGRAM, symbols)
     check_imports(folder / PROGRAM, allowed)
+    check_protection(folder / PROGRAM, build)
     for library in CLOSED_LIBRARIES:
         strip(build / "bin" / library, folder / "stand-ins" / library, symbols)
         check_imports(folder / "stand-ins" / library, allowed)

@@ -3,6 +3,7 @@
 #include "net/knetworkproxymgr.h"
 #include "platform/display.h"
 #include "platform/entry.h"
+#include "platform/processend.h"
 #include "platform/singleinstance.h"
 #include "upgrade/nvupgradehelper.h"
 
@@ -45,10 +46,10 @@ Outcome runApplication(int argc, char **argv)
 }
 
 /// If the display goes away, Qt calls exit() from the event loop.
-void endWithoutGlobalsWhileLibraryWorks()
+void endAtOnceWhileLibraryWorks()
 {
     if (NvUpgradeHelper::isBusy())
-        std::_Exit(EXIT_FAILURE);
+        Platform::endProcess(EXIT_FAILURE);
 }
 
 } // namespace
@@ -64,11 +65,11 @@ int programMain(int argc, char **argv)
     // After the measurement, which must see the coordinates of a program that knows no DPI.
     Platform::enableDpiAwareness();
 
-    // A call in which the upgrade library is stuck must not keep the process alive, and its thread
-    // must not run on while the process's globals go.
-    std::atexit(endWithoutGlobalsWhileLibraryWorks);
+    // A call in which the upgrade library is stuck must not keep the process alive, nor its thread
+    // run on while the globals go that exist by now. Those made later go before this is called.
+    std::atexit(endAtOnceWhileLibraryWorks);
     const Outcome outcome = runApplication(argc, argv);
     if (!outcome.isUpgradeHelperReleased)
-        std::_Exit(outcome.exitCode);
+        Platform::endProcess(outcome.exitCode);
     return outcome.exitCode;
 }

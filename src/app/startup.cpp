@@ -5,6 +5,7 @@
 #include "app/loading.h"
 #include "config/download/configdownloader.h"
 #include "net/knetworkproxymgr.h"
+#include "platform/processend.h"
 #include "ui/splashwindow.h"
 #include "wizard/mainwindow.h"
 
@@ -17,6 +18,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <system_error>
 #include <thread>
 
 namespace {
@@ -44,14 +46,23 @@ void centreOn(const QRect &screen, QWidget &window)
     window.move((screen.width() - window.width()) / 2, (screen.height() - window.height()) / 2);
 }
 
-// A hung library must not leave an invisible process that holds the instance lock.
+// A hung library must not leave an invisible process that holds the instance lock, neither now nor
+// after the main routine has returned.
+void limitEnd()
+{
+    try {
+        std::thread([] {
+            std::this_thread::sleep_for(endLimit);
+            Platform::endProcess(EXIT_SUCCESS);
+        }).detach();
+    } catch (const std::system_error &) {
+        qWarning("No thread can be started that limits the end of the program.");
+    }
+}
+
 void endSession()
 {
-    std::thread([] {
-        std::this_thread::sleep_for(endLimit);
-        std::_Exit(EXIT_SUCCESS);
-    }).detach();
-
+    limitEnd();
     QThread::msleep(endPauseMs);
     Analytics::stopAnalytics();
 }

@@ -38,6 +38,12 @@ bool isLeft(qintptr socketDescriptor);
 /// false where that is not possible.
 bool setTimeZone(const QByteArray &zone);
 
+/// Makes the system start no further thread of this process; false where that is not possible.
+bool refuseThreads();
+
+/// The most memory, in bytes, that this process has had so far.
+qint64 peakMemory();
+
 /// How long after its last data a connection may be reset without losing the reset.
 int resetPauseMs();
 

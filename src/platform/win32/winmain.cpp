@@ -2,6 +2,8 @@
 // to the ANSI code page here.
 
 #include "platform/entry.h"
+#include "platform/processend.h"
+#include "platform/win32/hardening.h"
 
 #include <vector>
 
@@ -25,6 +27,7 @@ std::vector<char> ansiFromWide(const wchar_t *wide)
 int WINAPI WinMain(HINSTANCE /*instance*/, HINSTANCE /*previous*/, LPSTR /*commandLine*/,
                    int /*show*/)
 {
+    Platform::restrictLibraries();
     int argc = 0;
     LPWSTR *const wideArguments = CommandLineToArgvW(GetCommandLineW(), &argc);
     if (!wideArguments)
@@ -40,5 +43,6 @@ int WINAPI WinMain(HINSTANCE /*instance*/, HINSTANCE /*previous*/, LPSTR /*comma
     for (std::vector<char> &argument : arguments)
         argv.push_back(argument.data());
     argv.push_back(nullptr);
-    return programMain(argc, argv.data());
+    // Ends the limit on the end, a thread, as well: nothing may hang after this.
+    Platform::endProcess(programMain(argc, argv.data()));
 }

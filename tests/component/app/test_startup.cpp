@@ -1,6 +1,7 @@
 #include "app/startup.h"
 #include "tests/support/analyticsrecord.h"
 #include "tests/support/literals.h"
+#include "tests/support/machine.h"
 #include "tests/support/patience.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/scriptedserver.h"
@@ -22,6 +23,7 @@ class TestStartup : public TestCase
 private Q_SLOTS:
     void sessionStopsHalfASecondAfterTheWindowIsHidden();
     void closedSplashEndsTheProgramAfterHalfASecond();
+    void sessionStopsEvenWhenNoThreadCanBeStarted();
 };
 
 namespace {
@@ -97,6 +99,15 @@ void TestStartup::closedSplashEndsTheProgramAfterHalfASecond()
     QCOMPARE(Startup::run(*static_cast<QApplication *>(qApp)), 0);
     verifyEnd(watch);
     QVERIFY(!AnalyticsRecord::actions().contains("UninstallPopUp"_s)); // no main window
+}
+
+void TestStartup::sessionStopsEvenWhenNoThreadCanBeStarted()
+{
+    if (!Machine::refuseThreads()) // the last function: none can be started after it
+        QSKIP("this system always starts another thread");
+    QTest::ignoreMessage(QtWarningMsg,
+                         "No thread can be started that limits the end of the program.");
+    closedSplashEndsTheProgramAfterHalfASecond();
 }
 
 QTEST_MAIN(TestStartup)

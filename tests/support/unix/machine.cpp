@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <csignal>
 #include <ctime>
+#include <pthread.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -74,6 +75,22 @@ bool setTimeZone(const QByteArray &zone)
         qputenv("TZ", zone);
     tzset();
     return true;
+}
+
+bool refuseThreads()
+{
+    constexpr std::size_t tooLarge = std::size_t(1) << 46; // of a stack
+    pthread_attr_t attributes;
+    return pthread_attr_init(&attributes) == 0 &&
+           pthread_attr_setstacksize(&attributes, tooLarge) == 0 &&
+           pthread_setattr_default_np(&attributes) == 0;
+}
+
+qint64 peakMemory()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return qint64(usage.ru_maxrss) * 1024;
 }
 
 int resetPauseMs()

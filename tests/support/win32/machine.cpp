@@ -2,7 +2,11 @@
 
 #include <QtCore/QFile>
 
+// clang-format off
 #include <winsock2.h>
+#include <windows.h>
+#include <psapi.h>
+// clang-format on
 
 namespace Machine {
 
@@ -48,6 +52,18 @@ bool isLeft(qintptr socketDescriptor)
 bool setTimeZone(const QByteArray & /*zone*/)
 {
     return false; // Windows has one for the whole machine
+}
+
+bool refuseThreads()
+{
+    return false;
+}
+
+qint64 peakMemory()
+{
+    PROCESS_MEMORY_COUNTERS counters = {};
+    GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
+    return static_cast<qint64>(counters.PeakWorkingSetSize);
 }
 
 int resetPauseMs()

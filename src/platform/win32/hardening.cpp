@@ -1,0 +1,37 @@
+#include "platform/win32/hardening.h"
+
+#include <cstdlib>
+#include <windows.h>
+
+namespace Platform {
+
+namespace {
+
+/// What a shared Qt would load plugins for, and any Qt the library of a test tool.
+constexpr const char *loadingVariables[] = {
+    "QT_LOAD_TESTABILITY",  "QT_PLUGIN_PATH",    "QT_QPA_PLATFORM_PLUGIN_PATH",
+    "QT_QPA_PLATFORMTHEME", "QT_STYLE_OVERRIDE", "QT_QPA_GENERIC_PLUGINS",
+    "QT_IM_MODULE"};
+
+/// A function that older systems lack.
+template<typename Function>
+Function *kernelFunction(const char *name)
+{
+    return reinterpret_cast<Function *>(
+        reinterpret_cast<void *>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), name)));
+}
+
+} // namespace
+
+void restrictLibraries()
+{
+    SetDllDirectoryW(L""); // takes the current folder out of the search, on systems of any age
+    const auto setDefaultDirectories =
+        kernelFunction<BOOL WINAPI(DWORD)>("SetDefaultDllDirectories");
+    if (setDefaultDirectories)
+        setDefaultDirectories(LOAD_LIBRARY_SEARCH_APPLICATION_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
+    for (const char *variable : loadingVariables)
+        _putenv_s(variable, "");
+}
+
+} // namespace Platform
