@@ -4,7 +4,6 @@
 
 #include <QtCore/QEvent>
 #include <QtCore/QRegularExpression>
-#include <QtGui/QImageReader>
 #include <QtGui/QTextLayout>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QLineEdit>
@@ -15,17 +14,6 @@
 namespace Look {
 
 namespace {
-
-/// Far more than any banner or icon has, and a hundredth of what a small file can decode to.
-constexpr qint64 maxPixels = 16777216;
-
-bool isTooLarge(const QString &path)
-{
-    if (path.isEmpty() || path.startsWith(QLatin1Char(':')))
-        return false;                             // the program's own
-    const QSize size = QImageReader(path).size(); // from the head of the file
-    return qint64(size.width()) * size.height() > maxPixels;
-}
 
 /// Keeps an edit's hint in the colour of its text, which the style sheet sets.
 class HintColour : public QObject
@@ -66,10 +54,6 @@ QString pictureStyle(const QString &path)
     // A style sheet cannot hold these even in a quoted string.
     static const QRegularExpression controlCharacters(QStringLiteral("[\\x00-\\x1F\\x7F]"));
     if (path.contains(controlCharacters))
-        return {};
-
-    // The style sheet would decode the whole picture, whatever the widget's size.
-    if (isTooLarge(path))
         return {};
 
     // The style-sheet parser accepts only these characters in a bare url().

@@ -12,8 +12,8 @@ class QWidget;
 namespace Look {
 
 /// Widget style sheet that fills a plain QWidget with a picture. Any path is safe to pass: it
-/// cannot end the rule and add another. A path with control characters gives no picture, and
-/// neither does a picture of so many pixels that showing it would take the machine's memory.
+/// cannot end the rule and add another. A path with control characters gives no picture. The whole
+/// picture is decoded, whatever it takes: showPicture() judges what came from outside.
 QString pictureStyle(const QString &path);
 
 /// Applies the style sheet again after a property that its rules select on has changed.

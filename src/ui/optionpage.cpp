@@ -2,6 +2,7 @@
 
 #include "config/content/configcontent.h"
 #include "ui/look.h"
+#include "ui/picture.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QTimer>
@@ -143,7 +144,7 @@ void OptionPage::radioButtonClicked(bool checked)
 
 void OptionPage::showBanner(const QJsonObject &option)
 {
-    pnlLeft->setStyleSheet(Look::pictureStyle(Config::optionImagePath(option)));
+    Look::showPicture(*pnlLeft, Config::optionImagePath(option));
     label->setText(Config::jsonString(option, QStringLiteral("banner_title")));
 }
 

@@ -1,6 +1,6 @@
 #include "ui/productitem.h"
 
-#include "ui/look.h"
+#include "ui/picture.h"
 
 ProductItem::ProductItem(const QString &iconPath, const QString &name, const QString &description,
                          QWidget *parent)
@@ -8,7 +8,7 @@ ProductItem::ProductItem(const QString &iconPath, const QString &name, const QSt
 {
     setupUi(this);
     bottomBar->hide();
-    imgIcon->setStyleSheet(Look::pictureStyle(iconPath));
+    Look::showPicture(*imgIcon, iconPath);
     label_3->setText(name);
     label_4->setText(description);
 }

@@ -19,7 +19,6 @@ private Q_SLOTS:
     void pictureIsShownWhateverItsName();
     void controlCharactersGiveNoPicture();
     void pathCannotAddARule();
-    void enormousPictureIsNotDecoded();
     void ampersandsAreShown();
     void longTextIsBrokenIntoLines();
 };
@@ -90,21 +89,6 @@ void TestLook::pathCannotAddARule()
     QVERIFY(centreOf(label) != QColor(Qt::blue));
     panel.setStyleSheet(Look::pictureStyle("/none/x\");} * {background: blue"_s));
     QVERIFY(centreOf(label) != QColor(Qt::blue));
-}
-
-void TestLook::enormousPictureIsNotDecoded()
-{
-    const QTemporaryDir folder;
-    const auto style = [&folder](int width, int height) {
-        const QString path = folder.filePath("a.png"_s);
-        QImage picture(width, height, QImage::Format_Mono); // a few kilobytes of file
-        picture.fill(1);
-        return picture.save(path, "PNG") ? Look::pictureStyle(path) : "not saved"_s;
-    };
-    QCOMPARE(style(40000, 8000), QString());
-    QCOMPARE(style(4096, 4097), QString());
-    QVERIFY(style(4096, 4096).contains("a.png"_s));
-    QVERIFY(style(2560, 1600).contains("a.png"_s));
 }
 
 void TestLook::ampersandsAreShown()
