@@ -41,7 +41,7 @@ class WineProgram:
     def start(self, *arguments, folder=None, **variables):
         with open(os.path.join(self.out, "program.log"), "wb") as log:
             return self.desktop.start(["wine", self._path, *arguments], stdout=log, stderr=log,
-                                       cwd=folder, env={**self.prefix.environment, **variables})
+                                      cwd=folder, env={**self.prefix.environment, **variables})
 
     def calls(self):
         """What the analytics library was told, in order."""
