@@ -4,7 +4,7 @@ usage: python3 -m tools.mutants [N] [SEED] [--only REGEX] [--quick]
 
 Takes N places at random (100 unless told otherwise), each with one change: a call dropped, a
 condition negated, a comparison or a constant shifted. Works on a copy of the sources in
-build/mutants, so that the tree stays as it is. The tests that include the changed file's header run
+build/mutants, so that the tree stays as it is. The tests that concern the changed file run
 first, then those of units and components, then all; a mutant is a survivor when every test passes.
 Survivors that change nothing that can be observed stand with the reason in tools/mutants.toml, and
 do not count.
@@ -148,12 +148,14 @@ def passes(stage):
 
 
 def nearest(file):
-    """The tests that include the changed file's header, if there are any."""
+    """The tests that have the changed file's name or include its header, if there are any."""
     header = str(pathlib.PurePath(file).relative_to("src").with_suffix(".h"))
+    own = f"test_{pathlib.PurePath(file).stem}"
     names = sorted(test.stem for folder in ("unit", "component")
                    for test in (ROOT / "tests" / folder).rglob("test_*.cpp")
                    if "win32" not in test.parts
-                   and f'#include "{header}"' in test.read_text(encoding="utf-8"))
+                   and (test.stem == own
+                        or f'#include "{header}"' in test.read_text(encoding="utf-8")))
     return [Stage(names, "tests", "-R", f"^({'|'.join(names)})$")] if names else []
 
 

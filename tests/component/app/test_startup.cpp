@@ -9,10 +9,15 @@
 #include "tests/support/testendpoints.h"
 
 #include <QtCore/QElapsedTimer>
+#include <QtCore/QMutex>
 #include <QtCore/QTimer>
+#include <QtGui/QIcon>
+#include <QtGui/QScreen>
 #include <QtGui/QWindow>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
+#include <algorithm>
+#include <ctime>
 #include <functional>
 
 /// The sequence from the splash to the end of the session, run in this process.
@@ -25,6 +30,25 @@ private Q_SLOTS:
     void closedSplashEndsTheProgramAfterHalfASecond();
     void sessionStopsEvenWhenNoThreadCanBeStarted();
 };
+
+namespace {
+
+QMutex sleepsMutex;
+QList<qint64> sleepsInMs; // that any thread has asked for
+
+} // namespace
+
+#ifndef Q_OS_WIN // there, sleeping is the system's and cannot be replaced
+// Replaces the C library's function, by which QThread and std::this_thread sleep.
+extern "C" int nanosleep(const timespec *duration, timespec *left)
+{
+    {
+        const QMutexLocker lock(&sleepsMutex);
+        sleepsInMs += duration->tv_sec * 1000 + duration->tv_nsec / 1000000;
+    }
+    return clock_nanosleep(CLOCK_MONOTONIC, 0, duration, left);
+}
+#endif
 
 namespace {
 
@@ -68,6 +92,17 @@ void verifyEnd(const Watch &watch)
     QCOMPARE(AnalyticsRecord::calls().last().value("call"_s).toString(), "data_stop"_s);
     // Half a second, and the three that the library may take to stop.
     QVERIFY2(elapsed >= 500 && elapsed < 3500, QByteArray::number(elapsed).constData());
+#ifndef Q_OS_WIN
+    const QMutexLocker lock(&sleepsMutex);
+    QVERIFY(sleepsInMs.contains(500));
+    QVERIFY(sleepsInMs.contains(8000)); // before the process ends whatever the library does
+#endif
+}
+
+QPoint middleOfTheScreen(const QWidget &window)
+{
+    const QSize free = QGuiApplication::primaryScreen()->size() - window.size();
+    return {free.width() / 2, free.height() / 2};
 }
 
 } // namespace
@@ -75,17 +110,27 @@ void verifyEnd(const Watch &watch)
 void TestStartup::sessionStopsHalfASecondAfterTheWindowIsHidden()
 {
     const Sandbox sandbox;
+    QVERIFY(sandbox->writeProductIni("DEU"_s));
     AnalyticsRecord::restart();
     const ClosedPort service;
     TestEndpoints::setConfiguration(service.url());
     QList<int> delays;
-    const Watch watch("MainWindow", [&delays](QWidget &) {
+    QString translated;
+    const Watch watch("MainWindow", [&](QWidget &window) {
         delays = pendingDelays();
+        translated = QCoreApplication::translate("SplashWindow", "Close");
         QCoreApplication::quit();
+        QCOMPARE(window.pos(), middleOfTheScreen(window));
     });
     QCOMPARE(Startup::run(*static_cast<QApplication *>(qApp)), 0);
     verifyEnd(watch);
     QCOMPARE(delays, QList<int>{50}); // to the splash's end
+    QCOMPARE(translated, "Schließen"_s);
+    QList<int> sides;
+    for (const QSize &size : QGuiApplication::windowIcon().availableSizes())
+        sides += size.width();
+    std::sort(sides.begin(), sides.end());
+    QCOMPARE(sides, QList<int>({16, 24, 32, 48, 64, 128, 256}));
 }
 
 void TestStartup::closedSplashEndsTheProgramAfterHalfASecond()
@@ -95,7 +140,10 @@ void TestStartup::closedSplashEndsTheProgramAfterHalfASecond()
     ScriptedServer service;
     service.answer("/uninstall/cfg/v1/846-en.json"_s, ScriptedServer::Answer::ok().silent());
     TestEndpoints::setConfiguration(service.url());
-    const Watch watch("SplashWindow", [](QWidget &splash) { splash.windowHandle()->close(); });
+    const Watch watch("SplashWindow", [](QWidget &splash) {
+        splash.windowHandle()->close();
+        QCOMPARE(splash.pos(), middleOfTheScreen(splash));
+    });
     QCOMPARE(Startup::run(*static_cast<QApplication *>(qApp)), 0);
     verifyEnd(watch);
     QVERIFY(!AnalyticsRecord::actions().contains("UninstallPopUp"_s)); // no main window

@@ -53,6 +53,7 @@ void TestBaseInfo::timeZoneOffsetIsTheMachines_data()
     QTest::newRow("UTC") << QByteArray("UTC0") << 0;
     QTest::newRow("UTC-10") << QByteArray("WEST10") << -10;
     QTest::newRow("UTC+9") << QByteArray("EAST-9") << 9;
+    QTest::newRow("a second before UTC") << QByteArray("ODD-0:00:01") << 1; // to whole hours
 }
 
 void TestBaseInfo::timeZoneOffsetIsTheMachines()
