@@ -5,6 +5,7 @@
 #include "platform/entry.h"
 #include "platform/processend.h"
 #include "platform/singleinstance.h"
+#include "ui/systemlook.h"
 #include "upgrade/nvupgradehelper.h"
 
 #include <QtCore/QFile>
@@ -37,7 +38,7 @@ Outcome runApplication(int argc, char **argv)
     QFontDatabase::addApplicationFont(QStringLiteral(":/Resources/font/NotoSans-Bold.ttf"));
     QFile styleFile(QStringLiteral(":/Resources/styles_light.qss"));
     if (styleFile.open(QIODevice::ReadOnly)) {
-        application.setStyleSheet(QString::fromUtf8(styleFile.readAll()));
+        application.setStyleSheet(QString::fromUtf8(styleFile.readAll()) + SystemLook::rules());
         styleFile.close();
     }
     const int exitCode = Startup::run(application);

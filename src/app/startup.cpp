@@ -67,6 +67,14 @@ void endSession()
     Analytics::stopAnalytics();
 }
 
+// When the user's session ends, be it by force, aboutToQuit() comes from within the event loop.
+// What follows would kill an uninstaller that still runs, and record events after the stop.
+void endWithUsersSession()
+{
+    if (QThread::currentThread()->loopLevel() > 0)
+        Platform::endProcess(EXIT_SUCCESS);
+}
+
 int runWizard(const QRect &screen, SplashWindow &splash, QApplication &application)
 {
     QTranslator translator;
@@ -87,6 +95,7 @@ int runWizard(const QRect &screen, SplashWindow &splash, QApplication &applicati
             if (window.isVisible())
                 window.hide();
             endSession();
+            endWithUsersSession();
         },
         Qt::DirectConnection);
     QTimer::singleShot(splashPauseMs, &splash, &QWidget::close);
@@ -106,6 +115,9 @@ void beginSession()
 
 int run(QApplication &application)
 {
+    // The main window decides; by itself, Qt would ask every window to close.
+    QGuiApplication::setFallbackSessionManagementEnabled(false);
+
     const QRect screen = QGuiApplication::primaryScreen()->geometry();
     SplashWindow splash(nullptr);
     centreOn(screen, splash);
@@ -114,6 +126,13 @@ int run(QApplication &application)
     {
         ConfigDownloader downloader;
         QTimer limit;
+        QObject::connect(
+            &application, &QCoreApplication::aboutToQuit, &downloader,
+            [] {
+                endSession();
+                endWithUsersSession();
+            },
+            Qt::DirectConnection);
         loadConfiguration(downloader, limit, splash);
     }
     if (splash.isVisible())

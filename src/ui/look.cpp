@@ -6,6 +6,7 @@
 #include <QtCore/QRegularExpression>
 #include <QtGui/QTextLayout>
 #include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QLayout>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPlainTextEdit>
 #include <QtWidgets/QStyle>
@@ -106,6 +107,19 @@ void setHint(QLineEdit *edit, const QString &text)
 void setHint(QPlainTextEdit *edit, const QString &text)
 {
     giveHint(edit, text);
+}
+
+void mirrorMargins(QWidget &window)
+{
+    if (!window.isRightToLeft())
+        return;
+    const QList<QLayout *> layouts = window.findChildren<QLayout *>();
+    for (QLayout *layout : layouts) {
+        const QMargins margins = layout->contentsMargins();
+        if (margins.left() != margins.right())
+            layout->setContentsMargins(margins.right(), margins.top(), margins.left(),
+                                       margins.bottom());
+    }
 }
 
 void sayStatus(QWidget &page, const QStringList &texts)

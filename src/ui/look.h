@@ -11,6 +11,9 @@ class QWidget;
 /// Small pieces of the look that the style sheet cannot give by itself.
 namespace Look {
 
+/// Pixels; smaller letters cannot be read, so texts that do not fit are not shrunk any further.
+constexpr int leastFontSize = 10;
+
 /// Widget style sheet that fills a plain QWidget with a picture. Any path is safe to pass: it
 /// cannot end the rule and add another. A path with control characters gives no picture. The whole
 /// picture is decoded, whatever it takes: showPicture() judges what came from outside.
@@ -30,6 +33,10 @@ void setWrappedText(QAbstractButton *button, const QString &text, int width);
 /// which makes it too faint to read.
 void setHint(QLineEdit *edit, const QString &text);
 void setHint(QPlainTextEdit *edit, const QString &text);
+
+/// Swaps the left and right margins of the layouts in a window that is read from right to left,
+/// which the framework does not do.
+void mirrorMargins(QWidget &window);
 
 /// Tells screen readers what a page shows now. While there is nothing to do on it, the page itself
 /// has the focus, and screen readers read a new name of the focused widget at once: keep it short.

@@ -3,6 +3,7 @@
 #include "analytics/events.h"
 #include "app/env/appenv.h"
 #include "config/content/configcontent.h"
+#include "platform/sessionend.h"
 #include "ui/look.h"
 #include "ui/uninstallrules.h"
 
@@ -71,6 +72,7 @@ void UninstallPage::start(QProcess *process)
     m_remaining = std::numeric_limits<qint32>::max();
     m_process = process;
     btnProduct->setVisible(AppEnv::isNetworkOnline());
+    Platform::setSessionEndReason(window()->windowHandle(), lblTitle->text());
 }
 
 void UninstallPage::fail()
@@ -165,6 +167,7 @@ void UninstallPage::stopClock()
 {
     m_clock.invalidate();
     m_tickTimer->stop();
+    Platform::setSessionEndReason(window()->windowHandle(), {});
 }
 
 void UninstallPage::subscribe()

@@ -1,14 +1,9 @@
 #include "ui/wrappedlabel.h"
 
+#include "ui/look.h"
 #include "ui/wordbreaks.h"
 
 #include <QtGui/QFontInfo>
-
-namespace {
-
-constexpr int leastFontSize = 10;
-
-} // namespace
 
 void WrappedLabel::setText(const QString &text)
 {
@@ -40,6 +35,6 @@ void WrappedLabel::shrinkToMaximumHeight()
 {
     // How tall a line is depends on the script and on the fonts that the system has for it.
     int size = QFontInfo(font()).pixelSize();
-    while (heightForWidth(width()) > maximumHeight() && --size >= leastFontSize)
+    while (heightForWidth(width()) > maximumHeight() && --size >= Look::leastFontSize)
         setStyleSheet(QStringLiteral("font-size: %1px").arg(size));
 }

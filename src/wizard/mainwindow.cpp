@@ -4,6 +4,8 @@
 #include "app/env/appenv.h"
 #include "app/env/endpoints.h"
 #include "platform/captiondrag.h"
+#include "platform/sessionend.h"
+#include "ui/look.h"
 #include "ui/messagewindow.h"
 #include "upgrade/nvupgradehelper.h"
 
@@ -12,6 +14,7 @@
 #include <QtCore/QVariant>
 #include <QtGui/QCloseEvent>
 #include <QtGui/QDesktopServices>
+#include <QtGui/QSessionManager>
 #include <QtWidgets/QApplication>
 
 namespace {
@@ -26,6 +29,7 @@ MainWindow::MainWindow(QWidget *parent)
     : BaseWindow(parent)
 {
     setupUi(this);
+    Look::mirrorMargins(*this);
     showFeedbackPage(sourceUninstallAction);
     resize(720, 480);
 
@@ -67,6 +71,19 @@ MainWindow::MainWindow(QWidget *parent)
                 [process] { process->readAllStandardError(); });
     }
 
+    connect(m_installProcess, &QProcess::stateChanged, this, [this](QProcess::ProcessState state) {
+        Platform::setSessionEndReason(windowHandle(), state == QProcess::NotRunning
+                                                          ? QString()
+                                                          : upgradePage->lblTitle->text());
+    });
+    connect(
+        qApp, &QGuiApplication::commitDataRequest, this,
+        [this](QSessionManager &session) {
+            if (refusesSessionEnd())
+                session.cancel();
+        },
+        Qt::DirectConnection); // the answer is due when the signal returns
+
     // A page takes the keyboard as a whole: Tab then leads to its first control.
     connect(wizardPages, &QStackedWidget::currentChanged, this,
             [this] { wizardPages->currentWidget()->setFocus(); });
@@ -104,6 +121,12 @@ void MainWindow::closeEvent(QCloseEvent *event)
     const bool isBusy = uninstallPage->isRunning() || upgradePage->isActionDisabled() ||
                         m_uninstallProcess->state() == QProcess::Starting;
     event->setAccepted(!event->spontaneous() || !isBusy);
+}
+
+bool MainWindow::refusesSessionEnd() const
+{
+    return uninstallPage->isRunning() || m_uninstallProcess->state() != QProcess::NotRunning ||
+           m_installProcess->state() != QProcess::NotRunning;
 }
 
 bool MainWindow::nativeEvent(const QByteArray &eventType, void *message, long *result)

@@ -23,6 +23,10 @@ public:
     /// buttons.
     bool isCaption(const QPoint &globalPos) const;
 
+    /// Whether the user's session must not end now: a child process works on the product, or its
+    /// outcome is still to be recorded.
+    bool refusesSessionEnd() const;
+
 protected:
     void resizeEvent(QResizeEvent *event) override;
     void closeEvent(QCloseEvent *event) override;

@@ -4,13 +4,13 @@
 #include <QtGui/QFontDatabase>
 #include <QtWidgets/QApplication>
 
-LookApplied::LookApplied()
+LookApplied::LookApplied(const QString &appendedRules)
 {
     QFontDatabase::addApplicationFont(QStringLiteral(":/Resources/font/NotoSans-Bold.ttf"));
     QFile style(QStringLiteral(":/Resources/styles_light.qss"));
     if (!style.open(QIODevice::ReadOnly))
         qFatal("the test does not link the resources");
-    qApp->setStyleSheet(QString::fromUtf8(style.readAll()));
+    qApp->setStyleSheet(QString::fromUtf8(style.readAll()) + appendedRules);
 }
 
 LookApplied::~LookApplied()

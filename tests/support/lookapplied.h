@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QtCore/QtGlobal>
+#include <QtCore/QString>
 
 /// Gives the application the program's font and style sheet for as long as it lives.
 class LookApplied
 {
 public:
-    LookApplied();
+    explicit LookApplied(const QString &appendedRules = {});
     ~LookApplied();
 
     Q_DISABLE_COPY(LookApplied)

@@ -91,6 +91,14 @@ double contrastRatio(const QColor &one, const QColor &other)
     return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
 }
 
+QHash<QString, Platform::ContrastScheme> contrastSchemes()
+{
+    return {{QStringLiteral("dark"),
+             {Qt::black, Qt::white, Qt::black, Qt::white, 0x1AEBFF, Qt::black, 0x3FF23F}},
+            {QStringLiteral("light"),
+             {Qt::white, Qt::black, Qt::white, Qt::black, 0x37006E, Qt::white, 0x600000}}};
+}
+
 QString shownText(const QWidget &widget)
 {
     if (const auto *label = qobject_cast<const QLabel *>(&widget))

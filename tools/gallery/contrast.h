@@ -1,5 +1,8 @@
 #pragma once
 
+#include "platform/preferences.h"
+
+#include <QtCore/QHash>
 #include <QtCore/QList>
 #include <QtCore/QString>
 #include <QtGui/QColor>
@@ -20,6 +23,9 @@ struct Contrast
 
 /// WCAG's contrast ratio of two opaque colours.
 double contrastRatio(const QColor &one, const QColor &other);
+
+/// High-contrast schemes as the system brings them along: "dark" and "light".
+QHash<QString, Platform::ContrastScheme> contrastSchemes();
 
 /// Measures every visible text of the window by painting it with and without its ink.
 QList<Contrast> measureContrast(QWidget &window);

@@ -3,6 +3,7 @@
 #include "ui/basewindow.h"
 #include "ui/look.h"
 
+#include <QtGui/QMouseEvent>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QLineEdit>
@@ -66,8 +67,13 @@ Maker box(const QString &text)
 
 void put(QWidget &control, const QString &state)
 {
-    if (state == QStringLiteral("hover"))
+    if (state == QStringLiteral("hover")) {
         control.setAttribute(Qt::WA_UnderMouse);
+        // Buttons find out by themselves whether the mouse is over them.
+        const QPointF middle = QRectF(control.rect()).center();
+        QMouseEvent move(QEvent::MouseMove, middle, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&control, &move);
+    }
     if (state == QStringLiteral("focus"))
         control.setFocus();
     if (state == QStringLiteral("disabled"))

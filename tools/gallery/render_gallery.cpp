@@ -1,5 +1,6 @@
 // Renders every surface in one language, or every control, into a folder of pictures.
 
+#include "app/env/languages.h"
 #include "tests/support/interfacelanguage.h"
 #include "tests/support/linkcatcher.h"
 #include "tests/support/lookapplied.h"
@@ -7,6 +8,7 @@
 #include "tools/gallery/contrast.h"
 #include "tools/gallery/controls.h"
 #include "tools/gallery/surfaces.h"
+#include "ui/systemlook.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>
@@ -52,6 +54,9 @@ int main(int argc, char **argv)
     parser.addPositionalArgument(QStringLiteral("language"),
                                  QStringLiteral("the installer's code, such as ENG"));
     parser.addOption({QStringLiteral("contrast"), QStringLiteral("measure the texts' contrast")});
+    parser.addOption({QStringLiteral("scheme"),
+                      QStringLiteral("a high-contrast scheme, dark or light"),
+                      QStringLiteral("name")});
     parser.addHelpOption();
     parser.process(application);
     if (parser.positionalArguments().size() != 2)
@@ -61,9 +66,14 @@ int main(int argc, char **argv)
     folder.mkpath(QStringLiteral("."));
     QApplication::setCursorFlashTime(0); // or pictures differ by a caret
     const Sandbox sandbox;
-    const LookApplied look;
     const LinkCatcher links;
     const InterfaceLanguage language(*sandbox.operator->(), parser.positionalArguments().at(1));
+    const LookApplied look(
+        parser.isSet(QStringLiteral("scheme"))
+            ? SystemLook::rules(
+                  Languages::toLanguageCode(parser.positionalArguments().at(1)),
+                  Gallery::contrastSchemes().value(parser.value(QStringLiteral("scheme"))), true)
+            : SystemLook::rules());
 
     QJsonArray surfaces;
     QJsonArray contrasts;

@@ -153,7 +153,7 @@ std::unique_ptr<QWidget> upgradeCompleted()
     return shown(std::move(window));
 }
 
-std::unique_ptr<QWidget> products(QPushButton *Ui_ProductPage::*tab)
+std::unique_ptr<QWidget> products(TabButton *Ui_ProductPage::*tab)
 {
     auto window = wizardAt(&Ui_MainWindow::productPage);
     ((*window->productPage).*tab)->setChecked(true);

@@ -8,7 +8,9 @@
 
 #include <QtCore/QTimer>
 #include <QtTest/QTest>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QRadioButton>
+#include <QtWidgets/QStyle>
 
 // The numbers of the forms, as they stand in the windows that the program shows.
 class TestForms : public TestCase
@@ -18,6 +20,7 @@ class TestForms : public TestCase
 private Q_SLOTS:
     void numbers_data();
     void numbers();
+    void rightToLeftIsTheMirrorImage();
 
 private:
     const Sandbox m_sandbox;
@@ -195,6 +198,39 @@ void productRows(const ProductPage &page)
     row("products: item", page.lstProduct->item(0)->sizeHint(), QSize(168, 148));
 }
 
+// Where headings, lists and buttons stand, in a window of that direction; mirrored if it is read
+// from right to left.
+QStringList places(Qt::LayoutDirection direction)
+{
+    QApplication::setLayoutDirection(direction);
+    MainWindow window(nullptr);
+    window.show();
+    QStringList list;
+    const auto add = [&window, &list](const QWidget *widget) {
+        const QRect place(widget->mapTo(&window, QPoint()), widget->size());
+        const QRect read = QStyle::visualRect(window.layoutDirection(), window.rect(), place);
+        list +=
+            QStringLiteral("%1 %2 %3").arg(widget->objectName()).arg(read.x()).arg(read.width());
+    };
+    const auto show = [&window](QWidget *page) {
+        window.wizardPages->setCurrentWidget(page);
+        QCoreApplication::processEvents();
+    };
+    show(window.optionPage);
+    add(window.optionPage->lblTitle);
+    add(window.optionPage->scrollContents->findChild<QRadioButton *>());
+    show(window.upgradePage);
+    add(window.upgradePage->imgClipwright);
+    show(window.uninstallPage);
+    add(window.uninstallPage->label_3);
+    add(window.uninstallPage->btnClose);
+    show(window.productPage);
+    add(window.productPage->label_3);
+    add(window.productPage->btnAll);
+    add(window.productPage->lstProduct);
+    return list;
+}
+
 } // namespace
 
 void TestForms::numbers_data()
@@ -217,6 +253,13 @@ void TestForms::numbers()
 {
     QFETCH(const QVariant, actual);
     QTEST(actual, "expected");
+}
+
+void TestForms::rightToLeftIsTheMirrorImage()
+{
+    const QStringList leftToRight = places(Qt::LeftToRight);
+    QCOMPARE(places(Qt::RightToLeft), leftToRight);
+    QApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 QTEST_MAIN(TestForms)
