@@ -5,6 +5,7 @@ wine_folder=${CLIPWRIGHT_WINE_FOLDER:-$here/../../build/wine}
 
 export WINEDEBUG=${WINEDEBUG:--all}
 export WINEARCH=win64
+export WINEDLLPATH=$wine_folder/dlls # for programs of 32 bits
 # Neither offers to download what nobody needs here, nor menu entries in the developer's desktop.
 export WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
 # File names are UTF-8 for Wine only in a locale that says so.
@@ -30,13 +31,18 @@ copy_of_template() {
   flock 9
   [ -d "$wine_folder/template" ] || make_template >"$wine_folder/template.txt" 2>&1 9>&- </dev/null
   rm -rf "$prefix.part"
-  cp -a "$wine_folder/template" "$prefix.part"
+  mkdir -p "$prefix.part/drive_c/windows"
+  # Nothing writes into the system's own files, which are most of a prefix. Links need one disk.
+  cp -al "$wine_folder"/template/drive_c/windows/sys{tem32,wow64} "$prefix.part/drive_c/windows/" \
+    2>/dev/null || true
+  cp -a --update=none "$wine_folder/template/." "$prefix.part"
   mv -T "$prefix.part" "$prefix"
 }
 
 make_template() {
   export WINEPREFIX=$wine_folder/template.part
   rm -rf "$WINEPREFIX"
+  ln -sfn "$("$here/wow64")" "$WINEDLLPATH"
   wineboot --init
   # A crash is an exit code, not a dialog.
   wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f

@@ -84,10 +84,10 @@ class Prefix:
         return os.path.join(self.folder, "drive_c", *rest.split("\\"))
 
     def windows_path(self, path):
-        """What a file of drive C: is called by Windows programs."""
+        """What a file is called by Windows programs."""
         relative = os.path.relpath(path, os.path.join(self.folder, "drive_c"))
-        assert not relative.startswith(os.pardir)
-        return "C:\\" + relative.replace(os.sep, "\\")
+        drive, rest = ("Z:", path) if relative.startswith(os.pardir) else ("C:", "/" + relative)
+        return drive + rest.replace("/", "\\")
 
     def _run_server(self, option):
         subprocess.run(["wineserver", option], env=self.environment, check=False,

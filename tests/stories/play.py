@@ -14,7 +14,7 @@ from tests.stories.story import STORIES, Skipped
 
 from tests.stories import (languages, network, pages, removal,  # noqa: F401: they list stories
                            upgrade)
-from tests.stories.windows import scale  # noqa: F401
+from tests.stories.windows import scale, setups  # noqa: F401
 
 SKIPPED = 77  # as CTest is told
 AT_ONCE = 3  # most of a story is waiting
@@ -32,8 +32,9 @@ def play(name, platform, binaries, out):
     """Plays one story in this process; returns its exit code."""
     tell = STORIES[name]
     print(f"== {name}: {tell.__doc__}")
-    needs_service = getattr(tell, "needs_service", False)
-    with platform_story(platform)(binaries, out, needs_service) as story:
+    needs = {need: getattr(tell, need) for need in ("needs_service", "setups")
+             if hasattr(tell, need)}
+    with platform_story(platform)(binaries, out, **needs) as story:
         try:
             tell(story)
         except Skipped as reason:

@@ -67,11 +67,12 @@ class Story(abc.ABC):
 
     desktop_size = (1000, 680)
 
-    def __init__(self, binaries, out, needs_service=False):
+    def __init__(self, binaries, out, needs_service=False, setups=()):
         self.binaries = os.path.abspath(binaries)
         self.out = make_afresh(out)
         self.root = os.path.join(self.out, "sandbox")
         self.needs_service = needs_service
+        self.setups = setups  # that install the product; none: the platform's usual ones
         self.service = None
         self.environment = {}  # that the program is started with
         self.failures = []

@@ -66,7 +66,7 @@ Section Uninstall
   ${GetParameters} $1
   CreateDirectory "$PROFILE\Received"
   FileOpen $0 "$PROFILE\Received\uninstaller.txt" w
-  FileWriteUTF16LE /BOM $0 "$1"
+  FileWrite $0 "$1"
   FileClose $0
 
   FileOpen $0 "$INSTDIR\unins000.dat" r

@@ -4,15 +4,14 @@ story needs a service in place of the maker's hosts."""
 
 import os
 import shutil
-import subprocess
 import time
 
-from tests.kit.folders import ROOT
 from tests.kit.installation import browser_folder, lines
 from tests.kit.service import Service
 from tests.kit.uiautomation import UiAutomationDriver
 from tests.kit.wine import Prefix
-from tests.stories.story import SPLASH, Story
+from tests.stories.story import SPLASH, Story, everything
+from tests.stories.windows.setups import nsis
 
 MUTEX = "Norvane Clipwright Uninstaller"
 PRODUCT = "C:\\Program Files\\Norvane\\Norvane Clipwright"
@@ -32,7 +31,8 @@ class WindowsStory(Story):
         self.prefix = resources.enter_context(Prefix(os.path.join(self.out, "prefix"),
                                                      self.desktop.environment))
         self.environment = self.prefix.environment
-        self.install()
+        for install in self.setups or (nsis,):
+            install(self)
         self.root = os.path.dirname(self.prefix.variable("TEMP"))
         profile = self.prefix.variable("USERPROFILE")
         self._folders = {"Feed": self.prefix.path(FEED),
@@ -46,15 +46,6 @@ class WindowsStory(Story):
                         self.prefix.path(SANDBOX_WIZARD))
             self.service = resources.enter_context(Service(os.path.join(self.out, "service")))
             self.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = self.service.url
-
-    def install(self):
-        """Installs the sample product with the wizard."""
-        setup = os.path.join(self.out, "Clipwright sample.exe")
-        subprocess.run(["makensis", "-V2", "-WX", f"-DOUTPUT={setup}",
-                        f"-DPROGRAMS={self.binaries}",
-                        os.path.join(ROOT, "tests", "stories", "windows", "setup.nsi")], check=True)
-        if self.prefix.run(setup) != 0:
-            raise OSError("the setup failed")
 
     def _offer_upgrade(self):
         self.environment["NVUPGRADE_FEED"] = FEED
@@ -108,7 +99,7 @@ class WindowsStory(Story):
 
     def arguments_received(self):
         try:
-            with open(self.path("Received/uninstaller.txt"), encoding="utf-16") as file:
+            with open(self.path("Received/uninstaller.txt"), encoding="ascii") as file:
                 return file.read().split()
         except FileNotFoundError:
             return []
@@ -119,7 +110,7 @@ class WindowsStory(Story):
     def judge_surroundings(self, expected):
         super().judge_surroundings(expected)
         is_there = self.prefix.registry("HKCR\\NCPFile", "path") is not None
-        self.expect_equal(is_there, not expected.arguments,
+        self.expect_equal(is_there, expected.keeps is everything or not expected.arguments,
                           "the product's registry key is there as long as the product is")
 
     def picture(self, name):
