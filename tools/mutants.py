@@ -36,7 +36,8 @@ SHIFTS = [(re.compile(pattern), replacement) for pattern, replacement in (
     (r" < ", " <= "), (r" <= ", " < "), (r" > ", " >= "), (r" >= ", " > "),
     (r"\btrue\b", "false"), (r"\bfalse\b", "true"))]
 NUMBER = re.compile(r"(?<![\w.\"'%])(\d+)(?![\w.\"'])")
-NO_CODE = re.compile(r"^\s*(//|#|\*|template|static_assert|Q_DECLARE|Q_LOGGING|namespace|using)")
+NO_CODE = re.compile(r"^\s*(//|#|\*|template|static_assert|Q_DECLARE|Q_LOGGING|namespace|using"
+                     r"|Q_UNUSED)")
 
 
 class Mutant:
@@ -45,11 +46,14 @@ class Mutant:
     def __init__(self, file, first, last, old, new):
         self.file, self.first, self.last, self.old, self.new = file, first, last, old, new
 
+    def key(self):
+        """File, old and new text, as printed and as in the list of those that change nothing."""
+        old, new = (" ".join(text.split()) for text in (self.old, self.new))
+        return self.file, old, "(dropped)" if new == ";" else new
+
     def __str__(self):
-        def flat(text):
-            return " ".join(text.split())
-        new = "(dropped)" if self.new == ";" else flat(self.new)
-        return f"{self.file}:{self.first + 1}: {flat(self.old)}  =>  {new}"
+        file, old, new = self.key()
+        return f"{file}:{self.first + 1}: {old}  =>  {new}"
 
 
 def mutants_of(file):
@@ -57,13 +61,13 @@ def mutants_of(file):
     for first, line in enumerate(lines):
         if NO_CODE.match(line) or not line.strip():
             continue
-        code = line.split("  //")[0]
+        code = without_comment(line)
 
         def change(new, last=first, old=line):
             return Mutant(file, first, last, old, new)
 
         last = end_of_statement(lines, first)
-        statement = "\n".join(lines[first:last + 1])
+        statement = "\n".join([*lines[first:last], without_comment(lines[last])])
         if CALL.match(statement) and begins_statement(lines, first):
             yield change(";", last, statement)  # it may be all that an "if" guards
         condition = CONDITION.match(code)
@@ -78,16 +82,21 @@ def mutants_of(file):
             yield change(code[:found.start()] + str(shifted) + code[found.end():])
 
 
+def without_comment(line):
+    return line.partition(" // ")[0]
+
+
 def end_of_statement(lines, first):
     for last in range(first, min(first + 8, len(lines))):
-        if lines[last].endswith((";", "{", "}")):
+        if without_comment(lines[last]).endswith((";", "{", "}")):
             return last
     return first
 
 
 def begins_statement(lines, number):
     before = next((line for line in reversed(lines[:number]) if line.strip()), "")
-    return before.rstrip().endswith((";", "{", "}", ":", ")")) or before.strip().startswith("//")
+    return (without_comment(before).endswith((";", "{", "}", ":", ")"))
+            or before.strip().startswith("//"))
 
 
 def sources():
@@ -193,8 +202,8 @@ def main():
     arguments = parser.parse_args()
 
     equivalent = tomllib.loads(EQUIVALENT.read_text(encoding="utf-8")).get("mutant", [])
-    reasons = {(entry["file"], " ".join(entry["old"].split()), " ".join(entry["new"].split())):
-               entry["reason"] for entry in equivalent}
+    reasons = {(entry["file"], entry["old"], entry["new"]): entry["reason"]
+               for entry in equivalent}
     places = [mutant for file in sources() if re.search(arguments.only, file)
               for mutant in mutants_of(file)]
     chosen = random.Random(arguments.seed).sample(places, min(arguments.number, len(places)))
@@ -205,7 +214,7 @@ def main():
     survivors, killed, known = [], 0, 0
     for number, mutant in enumerate(chosen, 1):
         began = time.monotonic()
-        key = (mutant.file, " ".join(mutant.old.split()), " ".join(mutant.new.split()))
+        key = mutant.key()
         result = "equivalent: " + reasons[key] if key in reasons else outcome(mutant, stages)
         known += key in reasons
         if result == "survived":
