@@ -75,10 +75,20 @@ public:
     {
     }
 
+    qint64 buffer = 0; // of the reply: what it is made with, and what the task has made of it
+
+    void start()
+    {
+        KBaseTask::start();
+        buffer = m_reply->readBufferSize();
+    }
+
 protected:
     QNetworkReply *createReply() override
     {
-        return new CannedReply(manager(), m_body, m_declaredLength);
+        m_reply = new CannedReply(manager(), m_body, m_declaredLength);
+        m_reply->setReadBufferSize(buffer);
+        return m_reply;
     }
     void onReadyRead() override
     {
@@ -90,6 +100,7 @@ private:
     const QByteArray m_body;
     const QVariant m_declaredLength;
     const bool m_readsAtOnce;
+    QNetworkReply *m_reply = nullptr;
 };
 
 } // namespace
@@ -102,6 +113,8 @@ class TestKBaseTask : public NetTest
 private Q_SLOTS:
     void failsWhenLessArrivesThanDeclaredEvenWithoutAnError_data();
     void failsWhenLessArrivesThanDeclaredEvenWithoutAnError();
+    void buffersNoMoreThanTellsThatABodyIsTooLong_data();
+    void buffersNoMoreThanTellsThatABodyIsTooLong();
     void readsAnAddressTolerantly();
     void keepsARequestOfItsOwn();
     void forwardsTheProgress();
@@ -138,6 +151,39 @@ void TestKBaseTask::failsWhenLessArrivesThanDeclaredEvenWithoutAnError()
         QCOMPARE(task.status(), status);
         QCOMPARE(finished.count(), 1);
     }
+}
+
+void TestKBaseTask::buffersNoMoreThanTellsThatABodyIsTooLong_data()
+{
+    QTest::addColumn<qint64>("limit");
+    QTest::addColumn<qint64>("before"); // 0 is any size
+    QTest::addColumn<qint64>("after");
+    QTest::addColumn<KBaseTask::Status>("status"); // of a body of four bytes
+    const auto row = [](const char *name, int limit, int before, int after, bool succeeds) {
+        QTest::newRow(name) << qint64(limit) << qint64(before) << qint64(after)
+                            << (succeeds ? KBaseTask::TaskSucceeded : KBaseTask::TaskFailed);
+    };
+    row("no limit", -1, 0, 0, true);
+    row("no limit, a buffer", -1, 9, 9, true);
+    row("limit", 4, 0, 5, true);
+    row("limit, a larger buffer", 4, 9, 5, true);
+    row("limit, a buffer as large", 4, 4, 4, true);
+    row("limit, a smaller buffer", 4, 1, 1, true);
+    row("limit that is passed", 3, 0, 4, false);
+    row("nothing allowed", 0, 0, 1, false);
+}
+
+void TestKBaseTask::buffersNoMoreThanTellsThatABodyIsTooLong()
+{
+    QFETCH(qint64, limit);
+    QFETCH(qint64, before);
+    CannedTask task(m_manager.get(), "text", {}, false);
+    task.setMaxSize(limit);
+    task.buffer = before;
+    task.start();
+    QTEST(task.buffer, "after");
+    task.waitForFinished(-1);
+    QTEST(task.status(), "status");
 }
 
 void TestKBaseTask::readsAnAddressTolerantly()

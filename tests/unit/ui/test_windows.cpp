@@ -118,8 +118,10 @@ void TestWindows::ownerDecidesOnClosing()
     QFETCH(const Ask, ask);
     QFETCH(const QString, dismissed);
     QWidget parent;
+    parent.setEnabled(false); // as a window is during a check
     const Asking asking = ask(&parent);
     BaseWindow &window = *asking.window;
+    QVERIFY(window.isEnabled());
     QTEST(window.windowTitle(), "title");
     QTEST(window.windowFlags(), "flags");
     QVERIFY(window.isWindow()); // also with a parent
@@ -235,6 +237,12 @@ void TestWindows::heldKeyPressesOnce()
     QCOMPARE(presses, 2);
     hold(line, key);
     QCOMPARE(presses, key == Qt::Key_Space ? 2 : 3);
+
+    // Presses and releases of which no time is known are no repeats.
+    presses = 0;
+    QTest::keyClick(&button, key);
+    QTest::keyClick(&button, key);
+    QCOMPARE(presses, 2);
 }
 
 void TestWindows::heldKeyTypesAndMoves()
