@@ -39,6 +39,16 @@ def german(story):
 
 @listed
 @with_service
+def japanese(story):
+    """An installation in Japanese, which needs fonts of its own."""
+    edges = left_edges(story, "JPN", "ja.cfg", cancel="キャンセル", proceed="続行",
+                       offer="  30% オフで購入  ")
+    story.expect(edges["offer"] < edges["proceed"] < edges["cancel"],
+                 "banner and buttons stand in their usual order")
+
+
+@listed
+@with_service
 def arabic(story):
     """An installation in Arabic: everything is mirrored."""
     edges = left_edges(story, "ARG", "ar.cfg", cancel="إلغاء الأمر", proceed="متابعة",

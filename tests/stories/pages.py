@@ -36,7 +36,6 @@ def side_by_side(expected, found):
 def screen_reader(story):
     """Roles, names, states and focus of all objects on every page are as they should be."""
     pages = expected_pages()
-    looked_at = []
 
     def look(program, page):
         expected = pages[page]
@@ -51,7 +50,6 @@ def screen_reader(story):
             wait_until(is_as_expected, 10, page, program.interval)
         except AssertionError:
             pass
-        looked_at.append(page)
         with open(os.path.join(story.out, f"{page}.txt"), "w", encoding="utf-8") as file:
             file.write(side_by_side(expected, found))
         story.expect_equal(found, expected, f"{page}: {len(expected)} objects")

@@ -22,6 +22,13 @@ def scale(story, dots_per_inch, factor):
 
 
 @listed
+def scale_144_on_windows_7(story):
+    """Before Windows 8.1 the dots per inch count, which are 96 to a program that knows no DPI."""
+    story.prefix.set_registry("HKCU\\Software\\Wine", "Version", "REG_SZ", "win7")
+    scale(story, 144, 1)
+
+
+@listed
 def scale_96(story):
     """The usual scale."""
     scale(story, 96, 1)
@@ -43,3 +50,9 @@ def scale_144(story):
 def scale_192(story):
     """A scale of two."""
     scale(story, 192, 2)
+
+
+@listed
+def scale_288(story):
+    """A scale of three."""
+    scale(story, 288, 3)

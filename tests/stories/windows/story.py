@@ -24,7 +24,7 @@ UPDATE_MILLISECONDS = 2000
 
 
 class WindowsStory(Story):
-    desktop_size = (1600, 1100)  # room for the window at a scale of two
+    desktop_size = (2200, 1480)  # room for the window at a scale of three
     _wizard = WIZARD
 
     def prepare(self, resources):
@@ -64,6 +64,8 @@ class WindowsStory(Story):
                                  os.path.join(browser, "xdg-open"))
 
     def launch(self, wrap):
+        if wrap:  # it may change what Wine takes over from the system once in a session
+            self.prefix.end_session()
         return UiAutomationDriver(self.desktop, self.prefix, [*wrap, "wine", self._wizard],
                                   os.path.join(self.binaries, "uia-reader.exe"),
                                   os.path.join(self.out, "program.log"))
