@@ -14,13 +14,14 @@ from Xlib import X, display, error
 from Xlib.ext import damage
 
 DEVNULL = subprocess.DEVNULL
-LEAST_WIDTH = 600  # of the windows that are waited for
 
 
 class PaintWatch:
-    """Tells when a window of the wizard's size is painted on a desktop, from entry to exit."""
+    """Tells when a window of the wizard's size, or another, is painted on a desktop, from entry to
+    exit."""
 
-    def __init__(self, desktop):
+    def __init__(self, desktop, least_width=600):
+        self._least_width = least_width
         self._name = desktop.environment["DISPLAY"]
 
     def __enter__(self):
@@ -69,7 +70,7 @@ class PaintWatch:
         window = self._display.create_resource_object("window", identifier)
         with contextlib.suppress(error.BadMatch, error.BadDrawable, error.BadWindow):
             place = window.get_geometry()
-            if place.width < LEAST_WIDTH:
+            if place.width < self._least_width:
                 return False
             pixel = window.get_image(place.width // 2, place.height - 20, 1, 1, X.ZPixmap,
                                      0xFFFFFFFF).data

@@ -22,7 +22,7 @@ from tests.kit.folders import BUILD, NATIVE_PROGRAMS, ROOT
 from tests.kit.listener import Listener
 from tests.kit.service import Service, sample_pictures
 from tests.kit.wine import Prefix
-from tools.bench import processes
+from tools.bench import peers, processes
 from tools.bench.table import Row, as_markdown, as_text, exponent, replaced_block
 
 OUT = os.path.join(BUILD, "bench")
@@ -48,6 +48,7 @@ def interleaved(runs, ours, baseline):
 class Bench:
     def __init__(self, runs, desktop, paints, folder, silent_service):
         self.runs = runs
+        self.desktop = desktop
         self.paints = paints
         self.folder = folder
         self.environment = {**desktop.environment,
@@ -274,7 +275,7 @@ class Bench:
                                      seconds=12)  # the splash waits for ten
             for command in (base, ours):  # Wine starts services with its first program
                 paint(command)
-            return [
+            rows = [
                 Row(start, aims[start], "ms",
                     interleaved(self.runs, lambda: paint(ours), lambda: paint(base))),
                 Row(size, aims[size], "MiB",
@@ -283,6 +284,8 @@ class Bench:
                 Row(memory, aims[memory], "MiB", interleaved(1, lambda: peak(ours),
                                                              lambda: peak(base))),
             ]
+            return rows + peers.rows(self.runs, self.desktop, prefix, shipped,
+                                     os.path.join(WINDOWS, "bin"), self.folder)
 
 
 def publish_icons(url, root):
