@@ -7,9 +7,9 @@
 //   type    control type of the element wanted
 //   name    its name; any when it is missing
 //   focus   true: the element that has the keyboard, whatever its type
-//   whole   true: everything, as a tree
+//   whole   true: everything in the window that has the keyboard, or is topmost
 //
-// The answer is a line of JSON: an array that holds what was found, or a tree for each window.
+// The answer is a line of JSON: an array that holds what was found.
 
 // clang-format off
 #include <winsock2.h>
@@ -109,17 +109,6 @@ Json::Value description(const Node &node)
     return description;
 }
 
-Json::Value tree(const Node &node)
-{
-    Json::Value result = description(node);
-    result["id"] = property(node, UIA_AutomationIdPropertyId);
-    Json::Value &children = result["children"] = Json::arrayValue;
-    for (Node child = next(node, NavigateDirection_FirstChild); child;
-         child = next(child, NavigateDirection_NextSibling))
-        children.append(tree(child));
-    return result;
-}
-
 /// Tells whether nodes of a type may have others in them. It saves time to ask only those.
 bool mayHaveChildren(const Json::Value &type)
 {
@@ -134,6 +123,18 @@ bool mayHaveChildren(const Json::Value &type)
     default:
         return true;
     }
+}
+
+Json::Value tree(const Node &node)
+{
+    Json::Value result = description(node);
+    Json::Value &children = result["children"] = Json::arrayValue;
+    if (!mayHaveChildren(result["type"]))
+        return result;
+    for (Node child = next(node, NavigateDirection_FirstChild); child;
+         child = next(child, NavigateDirection_NextSibling))
+        children.append(tree(child));
+    return result;
 }
 
 bool isWanted(const Json::Value &request, const Node &node, const Json::Value &type)
@@ -207,7 +208,13 @@ Json::Value answer(const std::wstring &program, const Json::Value &request)
             continue; // it has gone
         const Node node(handle);
         if (request["whole"].asBool()) {
-            found.append(tree(node));
+            const bool hasKeyboard = property(node, UIA_HasKeyboardFocusPropertyId) == true;
+            // Under Wine a window without taskbar entry does not get the keyboard by itself.
+            if (!found.empty() && !hasKeyboard)
+                continue;
+            found[0] = tree(node);
+            if (hasKeyboard)
+                break;
         } else if (const Json::Value wanted = first(request, node); !wanted.isNull()) {
             found.append(wanted);
             break;

@@ -76,9 +76,7 @@ class UiAutomationDriver(Driver):
             for child in node["children"]:
                 note(child)
 
-        # Under Wine a window without taskbar entry does not get the keyboard by itself.
-        tops = sorted(self._ask(whole=True), key=lambda top: not top["focused"])
-        for top in tops[:1]:
+        for top in self._ask(whole=True):
             found.append(Shown(Role.WINDOW, top["name"]))
             for child in top["children"]:
                 note(child)
