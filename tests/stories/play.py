@@ -32,7 +32,7 @@ def play(name, platform, binaries, out):
     """Plays one story in this process; returns its exit code."""
     tell = STORIES[name]
     print(f"== {name}: {tell.__doc__}")
-    needs = {need: getattr(tell, need) for need in ("needs_service", "setups")
+    needs = {need: getattr(tell, need) for need in ("desktop_size", "needs_service", "setups")
              if hasattr(tell, need)}
     with platform_story(platform)(binaries, out, **needs) as story:
         try:

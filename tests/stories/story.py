@@ -67,10 +67,11 @@ class Story(abc.ABC):
 
     desktop_size = (1000, 680)
 
-    def __init__(self, binaries, out, needs_service=False, setups=()):
+    def __init__(self, binaries, out, needs_service=False, setups=(), desktop_size=None):
         self.binaries = os.path.abspath(binaries)
         self.out = make_afresh(out)
         self.root = os.path.join(self.out, "sandbox")
+        self.desktop_size = desktop_size or self.desktop_size
         self.needs_service = needs_service
         self.setups = setups  # that install the product; none: the platform's usual ones
         self.service = None

@@ -56,3 +56,6 @@ def scale_192(story):
 def scale_288(story):
     """A scale of three."""
     scale(story, 288, 3)
+
+
+scale_288.desktop_size = (2200, 1480)

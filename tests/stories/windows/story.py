@@ -24,7 +24,7 @@ UPDATE_MILLISECONDS = 2000
 
 
 class WindowsStory(Story):
-    desktop_size = (2200, 1480)  # room for the window at a scale of three
+    desktop_size = (1600, 1100)  # room for the window at a scale of two
     _wizard = WIZARD
 
     def prepare(self, resources):
