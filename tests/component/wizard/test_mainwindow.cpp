@@ -18,6 +18,7 @@ private Q_SLOTS:
     void closeIsRefusedOnlyByADisabledAction();
     void offerOpensItsLink_data();
     void offerOpensItsLink();
+    void offerWithoutAProductIdKeepsThePlaceEmpty();
     void captionIsTheTopStripOutsideButtons();
     void pageTakesTheKeyboard();
 };
@@ -133,6 +134,16 @@ void TestMainWindow::offerOpensItsLink()
     QCOMPARE(page(), window().optionPage);
     QVERIFY(window().isEnabled());
     QCOMPARE(AnalyticsRecord::actions().last(), "RetainClick"_s);
+}
+
+void TestMainWindow::offerWithoutAProductIdKeepsThePlaceEmpty()
+{
+    feed().writeDataFile("Clipwright.ini"_s, {});
+    const LinkCatcher links;
+    chooseReason("The full version costs too much for me"_s);
+    window().optionPage->btnNext->click();
+    QCOMPARE(links.links(),
+             {QUrl("https://www.norvane.example/clipwright/offer?pid=&m=uninstall"_s)});
 }
 
 void TestMainWindow::captionIsTheTopStripOutsideButtons()
