@@ -31,6 +31,7 @@ private Q_SLOTS:
     void sessionStopsEvenWhenNoThreadCanBeStarted();
 };
 
+#ifndef Q_OS_WIN // there, sleeping is the system's and cannot be replaced
 namespace {
 
 QMutex sleepsMutex;
@@ -38,7 +39,6 @@ QList<qint64> sleepsInMs; // that any thread has asked for
 
 } // namespace
 
-#ifndef Q_OS_WIN // there, sleeping is the system's and cannot be replaced
 // Replaces the C library's function, by which QThread and std::this_thread sleep.
 extern "C" int nanosleep(const timespec *duration, timespec *left)
 {
