@@ -7,6 +7,8 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <QtCore/QPointer>
+#include <QtCore/QScopeGuard>
+#include <QtCore/QTextCodec>
 
 namespace {
 
@@ -163,6 +165,10 @@ void TestConfigDownloader::asksForTheDocumentInTheInstallationsLanguage()
 
 void TestConfigDownloader::replacesTheDocumentByTheServedOneIndentedAsUtf8()
 {
+    // On a machine that uses another encoding for its own texts, too.
+    const auto restore =
+        qScopeGuard([own = QTextCodec::codecForLocale()] { QTextCodec::setCodecForLocale(own); });
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
     QJsonObject object = document({});
     object.insert("title"_s, "Größe 日本語 🎬 \"quoted\"\n"_s);
     serve(object);

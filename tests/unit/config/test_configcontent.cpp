@@ -5,6 +5,8 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QJsonArray>
+#include <QtCore/QScopeGuard>
+#include <QtCore/QTextCodec>
 #include <QtTest/QTest>
 
 class TestConfigContent : public TestCase
@@ -105,6 +107,10 @@ void TestConfigContent::readDocument_data()
 
 void TestConfigContent::readDocument()
 {
+    // On a machine that uses another encoding for its own texts, too.
+    const auto restore =
+        qScopeGuard([own = QTextCodec::codecForLocale()] { QTextCodec::setCodecForLocale(own); });
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
     QFETCH(QByteArray, content);
     const Sandbox sandbox(Sandbox::Content::Nothing);
     sandbox.writeFile("document.cfg"_s, content);
