@@ -6,6 +6,19 @@
 #include <QtCore/QVariant>
 #include <QtNetwork/QNetworkAccessManager>
 #include <QtNetwork/QNetworkReply>
+#include <QtNetwork/QSslConfiguration>
+
+namespace {
+
+/// The framework's default begins with TLS 1.0.
+void refuseOldTls(QNetworkRequest &request)
+{
+    QSslConfiguration configuration = request.sslConfiguration();
+    configuration.setProtocol(QSsl::TlsV1_2OrLater);
+    request.setSslConfiguration(configuration);
+}
+
+} // namespace
 
 KBaseTask::KBaseTask(QNetworkAccessManager *manager, const QNetworkRequest &request)
     : m_manager(manager)
@@ -27,6 +40,8 @@ KBaseTask::~KBaseTask()
 
 void KBaseTask::start()
 {
+    if (m_request.url().scheme() == QLatin1String("https"))
+        refuseOldTls(m_request);
     m_reply = createReply();
     m_bytesRead = 0;
     // Do not let the framework buffer more of a body than is needed to see that it is too long.
