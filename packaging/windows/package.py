@@ -93,6 +93,20 @@ def copy_licences(sysroot, target):
         shutil.copyfile(f"/usr/share/doc/{package}/copyright", target / file)
 
 
+def write_versions(sysroot, target):
+    """What to compare with the news of a weakness: the sources that were built, and the versions of
+    the code of others in Qt."""
+    notices = (sysroot / "share/licences/qt/third-party.txt").read_text(encoding="utf-8")
+    parts = re.findall(r"^(\S.*)\n=+\n(?:.*\n){1,6}?Version (.*)$", notices, re.M)
+    names = " ".join(name for name, _ in parts).lower()
+    for name in ("zlib", "libpng", "jpeg", "pcre2", "harfbuzz", "freetype"):
+        if name not in names:
+            sys.exit(f"no version is known of {name} in Qt")
+    lines = [(sysroot / "share/sources.txt").read_text(encoding="utf-8"), "In Qt:\n",
+             *(f"{name} {version}\n" for name, version in parts)]
+    target.write_text("".join(lines), encoding="utf-8", newline="\n")
+
+
 def link_command(build):
     commands = run("ninja", "-C", build, "-t", "commands", "bin/" + PROGRAM).splitlines()
     return next(line for line in reversed(commands) if f"-o bin/{PROGRAM}" in line)
@@ -165,6 +179,7 @@ def main():
     for text in ("README.txt", "stand-ins/README.txt"):
         shutil.copyfile(HERE / "zip" / text, folder / text)
     copy_licences(sysroot, folder / "licences")
+    write_versions(sysroot, folder / "licences/versions.txt")
     write_relinking(build, sysroot, folder / "relink")
     write_zip(folder, OUT / (name + ".zip"))
     for path in sorted([*OUT.glob("*.zip"), folder / PROGRAM]):

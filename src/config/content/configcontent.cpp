@@ -12,12 +12,28 @@ namespace Config {
 
 namespace {
 
+/// Whether Windows, or Qt on it, takes a file of this suffix for a reference that it follows or
+/// shows by what its content names, a network share for example. What stands behind a colon is no
+/// part of the file's name there, nor is white space at its end.
+bool isReference(const QString &suffix)
+{
+    const QStringList references{QStringLiteral("lnk"),       QStringLiteral("url"),
+                                 QStringLiteral("website"),   QStringLiteral("pif"),
+                                 QStringLiteral("scf"),       QStringLiteral("library-ms"),
+                                 QStringLiteral("search-ms"), QStringLiteral("searchconnector-ms"),
+                                 QStringLiteral("appref-ms"), QStringLiteral("theme"),
+                                 QStringLiteral("contact")};
+    return references.contains(suffix.section(QLatin1Char(':'), 0, 0).trimmed(),
+                               Qt::CaseInsensitive);
+}
+
 /// The format takes the number and the suffix of the link, which give the picture its file name.
 Picture picture(const QString &format, const QJsonValue &number, const QString &link)
 {
-    if (link.isEmpty() || number.toInt(-1) < 0)
+    const QString suffix = QFileInfo(link).suffix();
+    if (link.isEmpty() || number.toInt(-1) < 0 || isReference(suffix))
         return {};
-    return {link, format.arg(number.toInt()).arg(QFileInfo(link).suffix())};
+    return {link, format.arg(number.toInt()).arg(suffix)};
 }
 
 QString picturePath(const Picture &picture, const QString &fallback)

@@ -60,7 +60,8 @@ QString optionImagePath(const QJsonObject &option);
 /// Picture file for a product's icon: the downloaded one when it exists, else the default.
 QString productIconPath(const QJsonObject &product);
 
-/// A picture that the document refers to; both are empty when it refers to none.
+/// A picture that the document refers to; both are empty when it refers to none, or to one whose
+/// suffix would make its file a reference to another (".lnk").
 struct Picture
 {
     QString link;     ///< where it is downloaded from

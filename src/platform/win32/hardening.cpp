@@ -34,4 +34,18 @@ void restrictLibraries()
         _putenv_s(variable, "");
 }
 
+bool setSystemPolicy(int policy, void *content, std::size_t size)
+{
+    const auto set = kernelFunction<BOOL WINAPI(int, void *, SIZE_T)>("SetProcessMitigationPolicy");
+    return set && set(policy, content, size);
+}
+
+void distrustRedirections(const SetPolicy &setPolicy)
+{
+    // ProcessRedirectionTrustPolicy and its structure, which older headers lack.
+    constexpr int redirectionTrust = 16;
+    DWORD enforce = 1;
+    setPolicy(redirectionTrust, &enforce, sizeof enforce);
+}
+
 } // namespace Platform

@@ -28,6 +28,7 @@ int WINAPI WinMain(HINSTANCE /*instance*/, HINSTANCE /*previous*/, LPSTR /*comma
                    int /*show*/)
 {
     Platform::restrictLibraries();
+    Platform::distrustRedirections();
     int argc = 0;
     LPWSTR *const wideArguments = CommandLineToArgvW(GetCommandLineW(), &argc);
     if (!wideArguments)

@@ -34,6 +34,8 @@ private Q_SLOTS:
     void markupIsShownAsText();
     void namesOfPicturesStayInTheirFolder_data();
     void namesOfPicturesStayInTheirFolder();
+    void referencesAreNoPictures_data();
+    void referencesAreNoPictures();
     void plantedPictureIsNoRule();
 
 private:
@@ -172,6 +174,34 @@ void TestHostileDocument::namesOfPicturesStayInTheirFolder()
     QCOMPARE(Config::productPicture(productWithIcon(link)).fileName, name);
     const QDir folder(Config::imagesDir());
     QCOMPARE(QDir::cleanPath(folder.filePath(name)), folder.path() + QLatin1Char('/') + name);
+}
+
+void TestHostileDocument::referencesAreNoPictures_data()
+{
+    QTest::addColumn<bool>("isReference");
+    for (const char *suffix :
+         {"lnk", "LNK", "lnk ", " lnk", "lnk\xC2\xA0", "lnk:stream", "lnk::$DATA", "ln\xE2\x84\xAA",
+          "url", "website", "pif", "scf", "library-ms", "search-ms", "searchConnector-ms",
+          "appref-ms", "theme", "contact"})
+        QTest::newRow(suffix) << true;
+    // Names that mean nothing to who only reads them, a file of the cache and no more.
+    for (const char *suffix : {"png", "jpg", "exe", "dll", "ini", "svgz", "~tmp", "lnkx", "xlnk",
+                               "png:lnk", "png::$DATA", "lnk~1", "NUL", ""})
+        QTest::newRow(suffix) << false;
+}
+
+void TestHostileDocument::referencesAreNoPictures()
+{
+    QFETCH(bool, isReference);
+    const QString link = "https://h.example/a."_s + QString::fromUtf8(QTest::currentDataTag());
+    const Config::Picture picture = Config::productPicture(productWithIcon(link));
+    QCOMPARE(picture.link, isReference ? QString() : link);
+    QCOMPARE(picture.fileName.isEmpty(), isReference);
+    QCOMPARE(Config::optionPicture({{"value"_s, 1}, {"banner_url"_s, link}}).fileName.isEmpty(),
+             isReference);
+    if (isReference)
+        QCOMPARE(Config::productIconPath(productWithIcon(link)),
+                 ":/Resources/light/ico_default_2x.png"_s);
 }
 
 void TestHostileDocument::plantedPictureIsNoRule()
