@@ -72,10 +72,16 @@ QStringList secrets()
     return names;
 }
 
-bool contains(const QByteArray &bytes, const QString &name)
+/// Whether a header names somebody or something: NTLM in UTF-16, Basic as the user, Digest in
+/// quotes.
+bool names(const QByteArray &header, const QString &name)
 {
-    const QByteArray folded = bytes.toUpper();
-    return folded.contains(name.toUtf8().toUpper()) || folded.contains(utf16(name).toUpper());
+    const QByteArray decoded = QByteArray::fromBase64(header.mid(header.indexOf(' ') + 1));
+    if (header.startsWith("NTLM ") || header.startsWith("Negotiate "))
+        return decoded.toUpper().contains(utf16(name.toUpper()));
+    if (header.startsWith("Basic "))
+        return decoded.startsWith(name.toUtf8() + ':');
+    return header.contains('"' + name.toUtf8() + '"');
 }
 
 } // namespace
@@ -142,11 +148,10 @@ QList<QByteArray> TestCredentials::credentials() const
 void TestCredentials::judge() const
 {
     const QList<QByteArray> all = credentials();
-    for (const QByteArray &sent : all) {
-        const QByteArray decoded = QByteArray::fromBase64(sent.mid(sent.indexOf(' ') + 1));
-        const QStringList names = secrets();
-        for (const QString &name : names)
-            QVERIFY2(!contains(sent, name) && !contains(decoded, name), qPrintable(name));
+    for (const QByteArray &header : all) {
+        const QStringList secret = secrets();
+        for (const QString &name : secret)
+            QVERIFY2(!names(header, name), qPrintable(name));
     }
 }
 
@@ -191,9 +196,9 @@ void TestCredentials::proxyGetsItsOwnAndNothingElse()
     m_server->answer(link, asking(407, "Proxy-Authenticate"));
     fetch(link);
     judge();
-    const QByteArray last = credentials().value(1);
-    if (last.startsWith("NTLM")) // that a name would be found
-        QVERIFY(contains(QByteArray::fromBase64(last.mid(5)), "robin"_s));
+    const QList<QByteArray> all = credentials();
+    if (!all.isEmpty()) // that a name would be found
+        QVERIFY(names(all.constLast(), "robin"_s));
 }
 
 void TestCredentials::tunnelGetsItsOwnAndNothingElse()
