@@ -188,7 +188,8 @@ void TestOptionPage::bannerFollowsTheChoice()
 {
     const QString banner =
         m_sandbox->path("Temp/Norvane Clipwright Uninstaller/Configs/Images/option_7.png"_s);
-    m_sandbox->writeFile("Temp/Norvane Clipwright Uninstaller/Configs/Images/option_7.png"_s, "x");
+    m_sandbox->writeFile("Temp/Norvane Clipwright Uninstaller/Configs/Images/option_7.png"_s,
+                         Sandbox::readFile(":/Resources/light/loading_2x.png"_s));
     OptionPage page(nullptr, objects(R"([{"value": 7, "title": "A", "banner_title": "a",
                                           "banner_url": "http://a.example/b.png"},
                                          {"value": 8, "title": "B", "banner_title": "b"}])"));
