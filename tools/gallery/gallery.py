@@ -3,9 +3,11 @@ the pictures side by side into one page."""
 
 import argparse
 import concurrent.futures
+import contextlib
 import html
 import json
 import os
+import struct
 import subprocess
 import sys
 
@@ -22,19 +24,55 @@ STATES = ["normal", "hover", "pressed", "focus", "disabled"]
 PAGE = os.path.join(ROOT, "tools", "gallery", "page.html")
 
 
-def render(binaries, out, language, scale):
+MAIN_WINDOW = (720, 480)
+
+
+def native(binaries):
+    """The program that renders, what its variables of Qt begin with, and its environment."""
+    return ([os.path.join(binaries, "render-gallery")], "QT_",
+            dict(os.environ, QT_QPA_PLATFORM="offscreen"))
+
+
+@contextlib.contextmanager
+def under_wine(binaries, out):
+    """The same for the Windows program, on a desktop and in a prefix of its own."""
+    from tests.kit.desktop import Desktop  # needs packages that the native gallery does without
+    from tests.kit.wine import Prefix
+    with Desktop(Desktop.MANAGED, 1600, 1100) as desktop, \
+            Prefix(os.path.join(out, "prefix"), desktop.environment) as prefix:
+        yield (["wine", os.path.join(binaries, "render-gallery.exe")], "WINEQT_",
+               prefix.environment)
+
+
+def size(picture):
+    with open(picture, "rb") as file:
+        return struct.unpack(">16xII", file.read(24))
+
+
+def render(program, out, language, scale, scheme):
     """Renders one language at one scale factor; returns its index."""
     folder = os.path.join(out, f"{language}_{scale}")
-    environment = dict(os.environ, QT_QPA_PLATFORM="offscreen", QT_SCALE_FACTOR=scale)
-    command = [os.path.join(binaries, "render-gallery"), folder, language]
+    command, prefix, environment = program
+    environment = dict(environment, **{prefix + "SCALE_FACTOR": scale})
+    command = [*command, folder, language]
+    if scheme:
+        command += ["--scheme", scheme]
     if language == "ENG" and scale == "2":  # colours are alike in all
         command.append("--contrast")
-    done = subprocess.run(command, env=environment, stdout=subprocess.PIPE,
-                          stderr=subprocess.STDOUT, encoding="utf-8", check=False)
-    if done.returncode:
-        raise RuntimeError(f"{language} at {scale}: {done.stdout}")
+    with open(folder + ".log", "w+", encoding="utf-8") as log:  # Wine's services keep a pipe open
+        done = subprocess.run(command, env=environment, stdin=subprocess.DEVNULL, stdout=log,
+                              stderr=subprocess.STDOUT, check=False)
+        log.seek(0)
+        if done.returncode:
+            raise RuntimeError(f"{language} at {scale}: {log.read()}")
     with open(os.path.join(folder, "index.json"), encoding="utf-8") as file:
-        return json.load(file)
+        index = json.load(file)
+    for surface in index["surfaces"]:
+        found = size(os.path.join(folder, surface + ".png"))
+        if not surface.startswith(("confirmation", "message")) and \
+                found != tuple(int(length * float(scale)) for length in MAIN_WINDOW):
+            raise RuntimeError(f"{language} at {scale}: {surface} has {found[0]} x {found[1]}")
+    return index
 
 
 def figure(language, name, caption):
@@ -107,6 +145,8 @@ def main():
     parser.add_argument("--out", required=True, help="folder for the page and its pictures")
     parser.add_argument("--languages", default=",".join(LANGUAGES))
     parser.add_argument("--scales", default="1,1.25,2")
+    parser.add_argument("--scheme", choices=("dark", "light"), help="a high-contrast scheme")
+    parser.add_argument("--windows", action="store_true", help="the Windows program, under Wine")
     arguments = parser.parse_args()
     languages = arguments.languages.split(",")
     scales = arguments.scales.split(",")
@@ -114,10 +154,15 @@ def main():
     if unknown:
         parser.error(f"unknown language {unknown[0]}; known are {', '.join(LANGUAGES)}")
 
-    make_afresh(arguments.out)
+    arguments.out = make_afresh(os.path.abspath(arguments.out))
     jobs = [(language, scale) for language in languages for scale in scales]
-    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        indexes = list(pool.map(lambda job: render(arguments.bin, arguments.out, *job), jobs))
+    with contextlib.ExitStack() as resources:
+        program, at_once = native(arguments.bin), os.cpu_count()
+        if arguments.windows:  # windows side by side would take the keyboard from each other
+            program, at_once = resources.enter_context(under_wine(arguments.bin, arguments.out)), 1
+        pool = resources.enter_context(concurrent.futures.ThreadPoolExecutor(at_once))
+        indexes = list(pool.map(
+            lambda job: render(program, arguments.out, *job, arguments.scheme), jobs))
     page = write_page(arguments.out, languages, scales, indexes)
     pictures = sum(len(index["surfaces"]) + len(index["controls"]) for index in indexes)
     print(f"{pictures} pictures: {page}")
