@@ -24,11 +24,11 @@ def expected_pages():
 
 def side_by_side(expected, found):
     width = max(map(len, ["expected", *expected]))
-    rows = [("expected", "found")]
-    rows += zip(expected + [""] * (len(found) - len(expected)),
-                found + [""] * (len(expected) - len(found)))
-    return "".join(f"{'  ' if left == right else '! '}{left:{width}}  {right}".rstrip() + "\n"
-                   for left, right in rows)
+    rows = zip(expected + [""] * (len(found) - len(expected)),
+               found + [""] * (len(expected) - len(found)))
+    return f"  {'expected':{width}}  found\n" + "".join(
+        f"{'  ' if left == right else '! '}{left:{width}}  {right}".rstrip() + "\n"
+        for left, right in rows)
 
 
 @listed
