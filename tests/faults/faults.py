@@ -69,17 +69,17 @@ def play_row(name, steps, binaries, folder):
 
 
 def play_all(rows, binaries, out, jobs):
-    """Plays the rows, several at a time; yields their numbers and results as they come."""
+    """Plays rows by number, several at a time; yields their numbers and results as they come."""
     def play(number):
-        return number, play_row(*rows[number], binaries, os.path.join(out, "rows", f"{number:03}"))
+        return number, play_row(*rows[number], binaries, os.path.join(out, f"{number:03}"))
 
-    together = [number for number, (name, _) in enumerate(rows) if name != ALONE]
+    together = [number for number, (name, _) in rows.items() if name != ALONE]
     with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
         # In reverse order no row of half a minute is left over at the end.
         playing = [pool.submit(play, number) for number in reversed(together)]
         for done in concurrent.futures.as_completed(playing):
             yield done.result()
-    for number in set(range(len(rows))) - set(together):
+    for number in rows.keys() - set(together):
         yield play(number)
 
 
@@ -102,6 +102,8 @@ def main():
     parser.add_argument("--out", default="build/faults", help="folder for the tables")
     parser.add_argument("--jobs", type=int, default=3 * (os.cpu_count() or 1),
                         help="rows at once; most of a row is waiting")
+    parser.add_argument("--tries", type=int, default=1,
+                        help="how often a row is played until it passes")
     parser.add_argument("--only", default="", help="rows whose group or name match")
     parser.add_argument("--list", action="store_true", help="print which rows there are")
     arguments = parser.parse_args()
@@ -115,12 +117,16 @@ def main():
     out = make_afresh(arguments.out)
     began = time.monotonic()
     results = {}
-    for number, result in play_all(rows, os.path.abspath(arguments.bin), out, arguments.jobs):
-        results[number] = result
-        print(f"{result.outcome:7} {result.seconds:5.1f} s  {result.fault}: {result.happened}")
-        for wrong in result.wrong:
-            print("          " + wrong.replace("\n", "\n          "))
-        sys.stdout.flush()
+    for attempt in range(1, arguments.tries + 1):
+        missing = {number: row for number, row in enumerate(rows)
+                   if number not in results or results[number].outcome == "FAILED"}
+        for number, result in play_all(missing, os.path.abspath(arguments.bin),
+                                       os.path.join(out, f"rows-{attempt}"), arguments.jobs):
+            results[number] = result
+            print(f"{result.outcome:7} {result.seconds:5.1f} s  {result.fault}: {result.happened}")
+            for wrong in result.wrong:
+                print("          " + wrong.replace("\n", "\n          "))
+            sys.stdout.flush()
     counts = collections.Counter(result.outcome for result in results.values())
     summary = f"{len(rows)} rows: " + ", ".join(
         f"{counts[outcome]} {outcome.lower()}" for outcome in OUTCOMES)
