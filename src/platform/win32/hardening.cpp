@@ -32,6 +32,7 @@ void restrictLibraries()
         setDefaultDirectories(LOAD_LIBRARY_SEARCH_APPLICATION_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
     for (const char *variable : loadingVariables)
         _putenv_s(variable, "");
+    _putenv_s("QT_ENABLE_REGEXP_JIT", "0"); // its code would lie in memory that can be written
 }
 
 bool setSystemPolicy(int policy, void *content, std::size_t size)

@@ -15,7 +15,7 @@ using SetPolicy = std::function<bool(int policy, void *content, std::size_t size
 bool setSystemPolicy(int policy, void *content, std::size_t size);
 
 /// Asks the system to follow no junction that was made without an administrator's rights, wherever
-/// this process opens a file. Systems before Windows 11 do not know the request; then nothing
+/// this process opens a file. Systems before Windows 10 22H2 do not know the request; then nothing
 /// changes.
 void distrustRedirections(const SetPolicy &setPolicy = setSystemPolicy);
 
