@@ -45,10 +45,16 @@ def wait_until(condition):
     return condition()
 
 
+def heed_interrupts():
+    """Jobs in the background of a shell ignore them, and so do their children."""
+    signal.signal(signal.SIGINT, signal.SIG_DFL)
+
+
 def end(suite, name, send, expected):
     mounts = pathlib.Path("/proc/self/mountinfo").read_text()
     command = subprocess.Popen(["./dev", "in", suite, "monkey", STEPS], cwd=ROOT,
-                               start_new_session=True, stdin=subprocess.DEVNULL)
+                               start_new_session=True, stdin=subprocess.DEVNULL,
+                               preexec_fn=heed_interrupts)
     try:
         wait_until(lambda: walking() or command.poll() is not None)
         if not walking():
