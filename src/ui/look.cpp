@@ -4,6 +4,7 @@
 
 #include <QtCore/QEvent>
 #include <QtCore/QRegularExpression>
+#include <QtGui/QFontInfo>
 #include <QtGui/QTextLayout>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QLayout>
@@ -107,6 +108,14 @@ void setHint(QLineEdit *edit, const QString &text)
 void setHint(QPlainTextEdit *edit, const QString &text)
 {
     giveHint(edit, text);
+}
+
+void shrinkLetters(QWidget &widget, const std::function<bool()> &fits)
+{
+    constexpr int leastSize = 10;
+    int size = QFontInfo(widget.font()).pixelSize();
+    while (!fits() && --size >= leastSize)
+        widget.setStyleSheet(QStringLiteral("font-size: %1px").arg(size));
 }
 
 void mirrorMargins(QWidget &window)

@@ -3,6 +3,8 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include <functional>
+
 class QAbstractButton;
 class QLineEdit;
 class QPlainTextEdit;
@@ -11,8 +13,9 @@ class QWidget;
 /// Small pieces of the look that the style sheet cannot give by itself.
 namespace Look {
 
-/// Pixels; smaller letters cannot be read, so texts that do not fit are not shrunk any further.
-constexpr int leastFontSize = 10;
+/// Makes the letters of a widget smaller until its text fits, but not smaller than 10 pixels: those
+/// cannot be read. The function is asked again after each step.
+void shrinkLetters(QWidget &widget, const std::function<bool()> &fits);
 
 /// Widget style sheet that fills a plain QWidget with a picture. Any path is safe to pass: it
 /// cannot end the rule and add another. A path with control characters gives no picture. The whole

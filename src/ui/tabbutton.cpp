@@ -2,7 +2,6 @@
 
 #include "ui/look.h"
 
-#include <QtGui/QFontInfo>
 #include <QtWidgets/QStyleOptionButton>
 
 void TabButton::resizeEvent(QResizeEvent *event)
@@ -11,7 +10,6 @@ void TabButton::resizeEvent(QResizeEvent *event)
     QStyleOptionButton option;
     initStyleOption(&option);
     const int room = style()->subElementRect(QStyle::SE_PushButtonContents, &option, this).width();
-    int size = QFontInfo(font()).pixelSize();
-    while (fontMetrics().horizontalAdvance(text()) > room && --size >= Look::leastFontSize)
-        setStyleSheet(QStringLiteral("font-size: %1px").arg(size));
+    Look::shrinkLetters(*this,
+                        [this, room] { return fontMetrics().horizontalAdvance(text()) <= room; });
 }

@@ -3,8 +3,6 @@
 #include "ui/look.h"
 #include "ui/wordbreaks.h"
 
-#include <QtGui/QFontInfo>
-
 void WrappedLabel::setText(const QString &text)
 {
     m_text = text;
@@ -34,7 +32,5 @@ void WrappedLabel::keepWordsWhole()
 void WrappedLabel::shrinkToMaximumHeight()
 {
     // How tall a line is depends on the script and on the fonts that the system has for it.
-    int size = QFontInfo(font()).pixelSize();
-    while (heightForWidth(width()) > maximumHeight() && --size >= Look::leastFontSize)
-        setStyleSheet(QStringLiteral("font-size: %1px").arg(size));
+    Look::shrinkLetters(*this, [this] { return heightForWidth(width()) <= maximumHeight(); });
 }

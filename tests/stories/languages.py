@@ -27,24 +27,26 @@ def left_edges(story, installer_code, document, **buttons):
     return edges
 
 
+def read_from_the_left(story, *language, **buttons):
+    edges = left_edges(story, *language, **buttons)
+    story.expect(edges["offer"] < edges["proceed"] < edges["cancel"],
+                 "banner and buttons stand in their usual order")
+
+
 @listed
 @with_service
 def german(story):
     """An installation in German, its document and its interface."""
-    edges = left_edges(story, "DEU", "de.cfg", cancel="Abbrechen", proceed="Weiter",
+    read_from_the_left(story, "DEU", "de.cfg", cancel="Abbrechen", proceed="Weiter",
                        offer="  30\u00a0% sparen  ")
-    story.expect(edges["offer"] < edges["proceed"] < edges["cancel"],
-                 "banner and buttons stand in their usual order")
 
 
 @listed
 @with_service
 def japanese(story):
     """An installation in Japanese, which needs fonts of its own."""
-    edges = left_edges(story, "JPN", "ja.cfg", cancel="キャンセル", proceed="続行",
+    read_from_the_left(story, "JPN", "ja.cfg", cancel="キャンセル", proceed="続行",
                        offer="  30% オフで購入  ")
-    story.expect(edges["offer"] < edges["proceed"] < edges["cancel"],
-                 "banner and buttons stand in their usual order")
 
 
 @listed
