@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Makes dist/: the stripped program and its zip, debug symbols beside.
 
-usage: package.py --build DIR --sysroot DIR
+usage: package.py --build DIR --sysroot DIR [--out DIR]
 """
 
 import argparse
@@ -17,7 +17,6 @@ import zipfile
 import hardening
 
 HERE = pathlib.Path(__file__).resolve().parent
-OUT = HERE.parents[1] / "dist"
 TOOL = "x86_64-w64-mingw32-"
 PROGRAM = "clipwright-uninstaller.exe"
 CLOSED_LIBRARIES = ["data_api.dll", "nvUpgrade.dll"]
@@ -152,17 +151,11 @@ def write_zip(folder, file):
             archive.writestr(entry, path.read_bytes())
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    for option in ("--build", "--sysroot"):
-        parser.add_argument(option, type=pathlib.Path, required=True)
-    arguments = parser.parse_args()
-    build = arguments.build.resolve()
-    sysroot = arguments.sysroot  # as the build names it
-
+def make(build, sysroot, out):
+    """Gives the folder whose zip lies beside it."""
     name = f"clipwright-uninstaller-{version_of(build)}-windows-x86_64"
-    shutil.rmtree(OUT, ignore_errors=True)
-    folder, symbols = OUT / name, OUT / (name + "-symbols")
+    shutil.rmtree(out, ignore_errors=True)
+    folder, symbols = out / name, out / (name + "-symbols")
     (folder / "stand-ins").mkdir(parents=True)
     symbols.mkdir()
 
@@ -181,9 +174,25 @@ def main():
     copy_licences(sysroot, folder / "licences")
     write_versions(sysroot, folder / "licences/versions.txt")
     write_relinking(build, sysroot, folder / "relink")
-    write_zip(folder, OUT / (name + ".zip"))
-    for path in sorted([*OUT.glob("*.zip"), folder / PROGRAM]):
-        print(f"{path.relative_to(OUT.parent)}: {path.stat().st_size / 1e6:.1f} MB")
+    write_zip(folder, out / (name + ".zip"))
+    return folder
+
+
+def parse(parser):
+    """The options of every script that packs; more may be among the parser's."""
+    parser.add_argument("--build", type=pathlib.Path, required=True)
+    parser.add_argument("--sysroot", type=pathlib.Path, required=True, help="as the build names it")
+    parser.add_argument("--out", type=pathlib.Path, default=HERE.parents[1] / "dist")
+    options = parser.parse_args()
+    options.build, options.out = options.build.resolve(), options.out.resolve()
+    return options
+
+
+def main():
+    options = parse(argparse.ArgumentParser(description=__doc__.splitlines()[0]))
+    folder = make(options.build, options.sysroot, options.out)
+    for path in (folder.with_name(folder.name + ".zip"), folder / PROGRAM):
+        print(f"{path.relative_to(options.out.parent)}: {path.stat().st_size / 1e6:.1f} MB")
 
 
 if __name__ == "__main__":

@@ -1,0 +1,116 @@
+#!/usr/bin/python3
+"""The release of programs that are built: release.py BUILD SYSROOT"""
+
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+import throwaway
+
+PACKAGING = pathlib.Path("packaging/windows").resolve()
+SOFT_TOKEN = "/usr/lib/softhsm/libsofthsm2.so"
+
+
+def run(*command, **options):
+    """Gives whether a command succeeded, and what it said."""
+    done = subprocess.run([str(part) for part in command], stdout=subprocess.PIPE,
+                          stderr=subprocess.STDOUT, encoding="utf-8", errors="replace", **options)
+    return done.returncode == 0, done.stdout
+
+
+class Release(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.out = BUILD / "release"
+        done, text = run(PACKAGING / "release.py", "--build", BUILD, "--sysroot", SYSROOT,
+                         "--out", cls.out)
+        if not done:
+            raise AssertionError(text)
+        (cls.folder,) = [path for path in cls.out.glob("*-x86_64") if path.is_dir()]
+        cls.program = cls.folder / "clipwright-uninstaller.exe"
+        cls.authority = cls.out / (cls.folder.name + "-throwaway-authority.pem")
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.temporary = pathlib.Path(folder.name)
+
+    def verify(self, program):
+        return run(PACKAGING / "signing.py", "verify", "--authority", self.authority,
+                   "--timestamp-authority", self.authority, program)
+
+    def test_the_name_of_the_zip_tells_of_the_throwaway_signature(self):
+        zipped = self.out / (self.folder.name + "-throwaway-signature.zip")
+        shutil.unpack_archive(zipped, self.temporary)
+        unpacked = self.temporary / self.folder.name
+        for name in ("clipwright-uninstaller.exe", "stand-ins/data_api.dll",
+                     "stand-ins/nvUpgrade.dll"):
+            done, text = self.verify(unpacked / name)
+            self.assertTrue(done, text)
+            self.assertIn("also after the certificate's end", text)
+
+    def test_one_changed_byte_is_refused(self):
+        content = bytearray(self.program.read_bytes())
+        content[len(content) // 2] ^= 1
+        changed = self.temporary / "changed.exe"
+        changed.write_bytes(content)
+        done, text = self.verify(changed)
+        self.assertFalse(done)
+        self.assertIn("MISMATCH", text)
+
+    def test_without_a_time_stamp_the_signature_ends_with_its_certificate(self):
+        another = throwaway.Authority(self.temporary)
+        signed = self.temporary / "unstamped.dll"
+        done, text = run("osslsigncode", "sign", "-pkcs12", another.folder / "signer.p12",
+                         "-readpass", another.folder / "password",
+                         "-in", BUILD / "bin/data_api.dll", "-out", signed)
+        self.assertTrue(done, text)
+        self.authority = another.certificate
+        done, text = self.verify(signed)
+        self.assertFalse(done)
+        self.assertIn("the signature ends with its certificate", text)
+
+    def test_the_signature_of_an_unknown_authority_is_refused(self):
+        self.authority = throwaway.Authority(self.temporary).certificate
+        done, text = self.verify(self.program)
+        self.assertFalse(done)
+        self.assertIn("the signature does not hold", text)
+
+    def test_the_key_may_be_in_a_token(self):
+        another = throwaway.Authority(self.temporary)
+        (self.temporary / "tokens").mkdir()
+        configuration = self.temporary / "softhsm2.conf"
+        configuration.write_text(f"directories.tokendir = {self.temporary / 'tokens'}\n",
+                                 encoding="ascii")
+        environment = dict(os.environ, SOFTHSM2_CONF=str(configuration))
+        pin = (another.folder / "password").read_text(encoding="ascii")
+        for command in (["--init-token", "--free", "--label", "maker", "--so-pin", pin],
+                        ["--import", another.folder / "signer.key", "--token", "maker",
+                         "--label", "release", "--id", "01"]):
+            done, text = run("softhsm2-util", *command, "--pin", pin, env=environment)
+            self.assertTrue(done, text)
+        library = self.temporary / "data_api.dll"
+        shutil.copyfile(BUILD / "bin/data_api.dll", library)
+        with another.stamping() as address:
+            done, text = run(PACKAGING / "signing.py", "sign", "--pkcs11", SOFT_TOKEN,
+                             "--key", "pkcs11:token=maker;object=release;type=private",
+                             "--certificate", another.folder / "signer.pem",
+                             "--password-file", another.folder / "password",
+                             "--timestamp", address, "--authority", another.certificate,
+                             "--timestamp-authority", another.certificate, library,
+                             env=environment)
+        self.assertTrue(done, text)
+
+    def test_checksums_are_those_of_the_files(self):
+        done, text = run("sha256sum", "--check", "--strict", "SHA256SUMS", cwd=self.out)
+        self.assertTrue(done, text)
+        self.assertIn("-throwaway-signature.zip: OK", text)
+
+
+if __name__ == "__main__":
+    BUILD, SYSROOT = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
+    unittest.main(argv=sys.argv[:1], verbosity=2)
