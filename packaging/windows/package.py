@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Makes dist/: the stripped program and its zip, debug symbols beside.
 
-usage: package.py --build DIR --sysroot DIR [--out DIR]
+usage: package.py --build DIR --sysroot DIR --sources DIR [--out DIR]
 """
 
 import argparse
@@ -15,6 +15,7 @@ import sys
 import zipfile
 
 import hardening
+import third_party
 
 HERE = pathlib.Path(__file__).resolve().parent
 TOOL = "x86_64-w64-mingw32-"
@@ -38,9 +39,13 @@ def run(*command):
                           stdout=subprocess.PIPE, env=ENVIRONMENT).stdout
 
 
-def version_of(build):
+def cache_value(build, name):
     cache = (build / "CMakeCache.txt").read_text(encoding="utf-8")
-    return re.search(r"^CMAKE_PROJECT_VERSION:STATIC=(.*)$", cache, re.M).group(1)
+    return re.search(rf"^{name}:\w+=(.*)$", cache, re.M).group(1)
+
+
+def version_of(build):
+    return cache_value(build, "CMAKE_PROJECT_VERSION")
 
 
 def imported_libraries(program):
@@ -57,14 +62,19 @@ def check_imports(program, allowed):
         sys.exit(f"{program.name}: not allowed are {', '.join(beyond)}")
 
 
+def linked_archives(build):
+    """Our libraries, Qt's and jsoncpp."""
+    words = shlex.split(link_command(build))
+    return sorted({build / os.path.normpath(word) for word in words  # an absolute one stays
+                   if re.search(r"/lib(clipwright|Qt5|q|jsoncpp)", word)
+                   and word.endswith(".a") and not word.endswith(".dll.a")})
+
+
 def check_protection(program, build):
     """A program is not packed that lacks a protection, or with a library that was compiled without:
     calls of the guards stand in the object files alone."""
     found = hardening.lacks(program)
-    words = shlex.split(link_command(build))
-    for word in sorted({word for word in words if re.search(r"/lib(clipwright|Qt5|q|jsoncpp)", word)
-                        and word.endswith(".a") and not word.endswith(".dll.a")}):
-        archive = build / word  # an absolute one stays as it is
+    for archive in linked_archives(build):
         symbols = run(TOOL + "nm", "--undefined-only", archive)
         if "__stack_chk_fail" not in symbols:
             found.append(f"{archive.name} has no protection of the stack")
@@ -86,23 +96,23 @@ def strip(source, target, symbols):
     run(TOOL + "objcopy", "--strip-all", f"--add-gnu-debuglink={symbol_file}", source, target)
 
 
-def copy_licences(sysroot, target):
+def copy_licences(sysroot, parts, target):
     shutil.copytree(sysroot / "share/licences", target)
+    (target / "qt/third-party.txt").write_text(
+        "\n\n".join(third_party.notice(part) for part in parts), encoding="utf-8", newline="\n")
     for file, package in PACKAGE_LICENCES.items():
         shutil.copyfile(f"/usr/share/doc/{package}/copyright", target / file)
 
 
-def write_versions(sysroot, target):
+def write_versions(sysroot, parts, target):
     """What to compare with the news of a weakness: the sources that were built, and the versions of
     the code of others in Qt."""
-    notices = (sysroot / "share/licences/qt/third-party.txt").read_text(encoding="utf-8")
-    parts = re.findall(r"^(\S.*)\n=+\n(?:.*\n){1,6}?Version (.*)$", notices, re.M)
-    names = " ".join(name for name, _ in parts).lower()
+    versions = [f"{part['Name']} {part['Version']}\n" for part in parts if part["Version"]]
+    names = "".join(versions).lower()
     for name in ("zlib", "libpng", "jpeg", "pcre2", "harfbuzz", "freetype"):
         if name not in names:
             sys.exit(f"no version is known of {name} in Qt")
-    lines = [(sysroot / "share/sources.txt").read_text(encoding="utf-8"), "In Qt:\n",
-             *(f"{name} {version}\n" for name, version in parts)]
+    lines = [(sysroot / "share/sources.txt").read_text(encoding="utf-8"), "In Qt:\n", *versions]
     target.write_text("".join(lines), encoding="utf-8", newline="\n")
 
 
@@ -151,7 +161,7 @@ def write_zip(folder, file):
             archive.writestr(entry, path.read_bytes())
 
 
-def make(build, sysroot, out):
+def make(build, sysroot, sources, out):
     """Gives the folder whose zip lies beside it."""
     name = f"clipwright-uninstaller-{version_of(build)}-windows-x86_64"
     shutil.rmtree(out, ignore_errors=True)
@@ -171,8 +181,9 @@ def make(build, sysroot, out):
 
     for text in ("README.txt", "stand-ins/README.txt"):
         shutil.copyfile(HERE / "zip" / text, folder / text)
-    copy_licences(sysroot, folder / "licences")
-    write_versions(sysroot, folder / "licences/versions.txt")
+    parts = third_party.load(sources)
+    copy_licences(sysroot, parts, folder / "licences")
+    write_versions(sysroot, parts, folder / "licences/versions.txt")
     write_relinking(build, sysroot, folder / "relink")
     write_zip(folder, out / (name + ".zip"))
     return folder
@@ -182,6 +193,8 @@ def parse(parser):
     """The options of every script that packs; more may be among the parser's."""
     parser.add_argument("--build", type=pathlib.Path, required=True)
     parser.add_argument("--sysroot", type=pathlib.Path, required=True, help="as the build names it")
+    parser.add_argument("--sources", type=pathlib.Path, required=True,
+                        help="what packaging/windows/sources prints")
     parser.add_argument("--out", type=pathlib.Path, default=HERE.parents[1] / "dist")
     options = parser.parse_args()
     options.build, options.out = options.build.resolve(), options.out.resolve()
@@ -190,7 +203,7 @@ def parse(parser):
 
 def main():
     options = parse(argparse.ArgumentParser(description=__doc__.splitlines()[0]))
-    folder = make(options.build, options.sysroot, options.out)
+    folder = make(options.build, options.sysroot, options.sources, options.out)
     for path in (folder.with_name(folder.name + ".zip"), folder / PROGRAM):
         print(f"{path.relative_to(options.out.parent)}: {path.stat().st_size / 1e6:.1f} MB")
 

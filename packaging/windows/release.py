@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Makes dist/ as it is released: packed, signed, stamped, verified, with checksums.
 
-usage: release.py --build DIR --sysroot DIR [--out DIR] [options of `signing.py sign`]
+usage: release.py --build DIR --sysroot DIR --sources DIR [--out DIR] [options of `signing.py sign`]
 
 Without a certificate it makes an authority of its own and says so in the names of the files.
 """
@@ -13,6 +13,7 @@ import shutil
 import sys
 import tempfile
 
+import bom
 import package
 import signing
 import throwaway
@@ -63,11 +64,13 @@ def main():
     options = package.parse(parser)
     if options.certificate:
         signing.check_signing_options(parser, options)
-    folder = package.make(options.build, options.sysroot, options.out)
+    folder = package.make(options.build, options.sysroot, options.sources, options.out)
     try:
         sign(folder, options)
     except signing.Refused as error:
         sys.exit(str(error))
+    bom.write(bom.make(options.build, options.sysroot, options.sources, folder),
+              folder.with_name(folder.name + ".cdx.json"))
     write_checksums(options.out, folder)
     print((options.out / "SHA256SUMS").read_text(encoding="utf-8"), end="")
 

@@ -1,6 +1,8 @@
 #!/usr/bin/python3
 """The release of programs that are built: release.py BUILD SYSROOT"""
 
+import hashlib
+import json
 import os
 import pathlib
 import shutil
@@ -9,6 +11,7 @@ import sys
 import tempfile
 import unittest
 
+import bom
 import throwaway
 
 PACKAGING = pathlib.Path("packaging/windows").resolve()
@@ -25,9 +28,11 @@ def run(*command, **options):
 class Release(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
+        done, text = run(PACKAGING / "sources", SYSROOT)
+        cls.sources = pathlib.Path(text.splitlines()[-1])
         cls.out = BUILD / "release"
         done, text = run(PACKAGING / "release.py", "--build", BUILD, "--sysroot", SYSROOT,
-                         "--out", cls.out)
+                         "--sources", cls.sources, "--out", cls.out)
         if not done:
             raise AssertionError(text)
         (cls.folder,) = [path for path in cls.out.glob("*-x86_64") if path.is_dir()]
@@ -104,6 +109,36 @@ class Release(unittest.TestCase):
                              "--timestamp-authority", another.certificate, library,
                              env=environment)
         self.assertTrue(done, text)
+
+    def test_the_bill_of_materials_names_what_is_linked(self):
+        materials = json.loads((self.out / (self.folder.name + ".cdx.json")).read_text("utf-8"))
+        program = materials["metadata"]["component"]
+        self.assertEqual(program["hashes"][0]["content"],
+                         hashlib.sha256(self.program.read_bytes()).hexdigest())
+        listed = {entry["name"]: entry for entry in materials["components"]}
+        listed |= {entry["name"]: entry for entry in listed["qtbase"]["components"]}
+        for name, licence in {
+                "qtbase": "LGPL-3.0-only", "Qt5Core": "LGPL-3.0-only", "Qt5Gui": "LGPL-3.0-only",
+                "qwindows": "LGPL-3.0-only", "zlib": "Zlib", "freetype": "FTL OR GPL-2.0",
+                "libpng": "Libpng AND libpng-2.0", "libjpeg": "IJG AND BSD-3-Clause AND Zlib",
+                "harfbuzz-ng": "MIT", "pcre2": "BSD-3-Clause", "jsoncpp": "MIT",
+                "libgcc": "GPL-3.0-or-later WITH GCC-exception-3.1",
+                "libstdc++": "GPL-3.0-or-later WITH GCC-exception-3.1",
+                "mingw-w64": "ZPL-2.1", "winpthreads": "MIT AND BSD-3-Clause",
+                "Noto Sans Bold": "OFL-1.1"}.items():
+            with self.subTest(name):
+                entry = listed[name]
+                (told,) = entry["licenses"]
+                self.assertEqual(told.get("expression") or told["license"]["id"], licence)
+                self.assertRegex(entry["version"], r"^\d+(\.\d+)*$")
+                checksums = entry.get("hashes") or entry["externalReferences"][0]["hashes"]
+                self.assertRegex(checksums[0]["content"], "^[0-9a-f]{64}$")
+
+    def test_a_bill_that_is_not_of_the_format_is_refused(self):
+        materials = json.loads((self.out / (self.folder.name + ".cdx.json")).read_text("utf-8"))
+        materials["components"][0]["type"] = "a kind that there is not"
+        with self.assertRaisesRegex(SystemExit, "not of its format"):
+            bom.write(materials, self.temporary / "bom.json")
 
     def test_checksums_are_those_of_the_files(self):
         done, text = run("sha256sum", "--check", "--strict", "SHA256SUMS", cwd=self.out)
