@@ -1,5 +1,7 @@
 #include "net/kgetfiletask.h"
 
+#include "app/env/appenv.h"
+
 #include <QtNetwork/QNetworkReply>
 
 namespace {
@@ -12,7 +14,7 @@ constexpr qint64 bufferBytes = qint64(1) << 20;
 bool KGetFileTask::setFile(const QString &path, QString &error)
 {
     m_file.setFileName(path);
-    if (m_file.open(QIODevice::WriteOnly))
+    if (!AppEnv::isSpecialFile(path) && m_file.open(QIODevice::WriteOnly))
         return true;
     error = m_file.errorString();
     return false;

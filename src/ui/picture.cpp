@@ -1,9 +1,9 @@
 #include "ui/picture.h"
 
+#include "app/env/appenv.h"
 #include "ui/look.h"
 
 #include <QtCore/QFile>
-#include <QtCore/QFileInfo>
 #include <QtCore/QtEndian>
 #include <QtWidgets/QWidget>
 
@@ -140,14 +140,27 @@ private:
 
 qint64 ShownPicture::s_total = 0;
 
+/// Whether Qt would decode another file in its place on a display of some scale: NAME@2x.SUFFIX to
+/// NAME@9x.SUFFIX. No download has such a name.
+bool hasVariant(const QString &path)
+{
+    const int suffix = path.lastIndexOf(QLatin1Char('.'));
+    for (int scale = 2; scale <= 9; ++scale) {
+        QString variant = path;
+        if (QFile::exists(variant.insert(suffix, QStringLiteral("@%1x").arg(scale))))
+            return true;
+    }
+    return false;
+}
+
 bool mayBeShown(QWidget &widget, const QString &path)
 {
-    const QFileInfo info(path);
-    if (!info.exists())
-        return true; // and nothing will be decoded
+    if (hasVariant(path) || AppEnv::isSpecialFile(path))
+        return false;
     QFile file(path);
-    // Reading a device may never end.
-    if (!info.isFile() || !file.open(QIODevice::ReadOnly))
+    if (!file.exists())
+        return true; // and nothing will be decoded
+    if (!file.open(QIODevice::ReadOnly))
         return false;
     const std::optional<PictureCost> cost = pictureCost(file);
     if (!cost || cost->decoding > maxDecodingBytes ||

@@ -154,7 +154,7 @@ UpdateInfo NvUpgradeHelper::updateInfo() const
 void NvUpgradeHelper::reloadUpdateInfo()
 {
     QFile file(updateInfoFile());
-    if (!file.open(QIODevice::ReadOnly))
+    if (AppEnv::isSpecialFile(file.fileName()) || !file.open(QIODevice::ReadOnly))
         return;
     if (std::optional<UpdateInfo> info = UpgradeJson::updateInfo(file.readAll().toStdString()))
         m_updateInfo = std::move(*info);

@@ -153,12 +153,11 @@ class Fault:
         put(self.path(relative))
 
     def content(self, relative):
-        """What is in a file; None when there is none."""
-        try:
-            with open(self.path(relative), "rb") as file:
+        """What is in a file; None when there is none, or something else has its name."""
+        if os.path.isfile(self.path(relative)):
+            with contextlib.suppress(OSError), open(self.path(relative), "rb") as file:
                 return file.read()
-        except OSError:
-            return None
+        return None
 
     def lines(self, relative):
         return installation.lines(self.path(relative))

@@ -7,8 +7,9 @@ import subprocess
 import time
 
 from tests.faults.harness import (
-    BUILT_IN, CACHED, CONFIGS, DATA, EARLIER, FEED_ORDERS, INSTALLED, INSTALLER_ORDERS, MESSAGE,
-    NO_REASON, PICTURES, PRODUCT_DATA, SPLASH, UNINSTALLER_ORDERS, do)
+    ACCOUNT_INI, BUILT_IN, CACHED, CONFIGS, DATA, EARLIER, FEED_ORDERS, INSTALLED,
+    INSTALLER_ORDERS, MESSAGE, NO_REASON, PICTURES, PRODUCT_DATA, PRODUCT_INI, SPLASH,
+    UNINSTALLER_ORDERS, do)
 from tests.faults.servers import PICTURE, SERVED, answer, document
 
 ANALYTICS = DATA + "/Analystic"
@@ -135,6 +136,10 @@ ROWS = {
         do.write(ANALYTICS, "no folder"), do.open(), do.close()],
     "a folder stands where the document belongs": [
         make_folder(CACHED), do.serve(), do.open(), do.leave(NO_REASON), is_folder(CACHED)],
+    "named pipes stand where files belong": [
+        make_folder(CONFIGS), *(do.replace(file, os.mkfifo) for file in (
+            CACHED, PRODUCT_INI, ACCOUNT_INI, PRODUCT_DATA + "/Back_UpdateInfo.json")),
+        do.serve(), do.open(), do.leave(NO_REASON)],
     "the program's data folder goes while the pictures are fetched": [
         do.serve(picture=slow_picture), do.start(), do.wait_for_window(SPLASH),
         wait_for_pictures, do.remove(DATA), do.wait_for_main_window((0, 9)), do.close()],

@@ -25,6 +25,9 @@ public:
 /// Makes another user the owner of a file. Returns false where that is not allowed.
 bool giveToAnotherUser(const QString &fileName);
 
+/// Makes a named pipe. Returns false where a name of the file system cannot be one.
+bool makePipe(const QString &fileName);
+
 /// Whether a file is a program that the system may hold on to after its process was killed.
 bool keepsKilledProgram(const QString &fileName);
 

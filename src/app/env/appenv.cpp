@@ -5,6 +5,7 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtCore/QProcessEnvironment>
 #include <QtCore/QSettings>
 #include <QtCore/QStandardPaths>
@@ -19,6 +20,12 @@ QString textInGroup(QSettings &settings, const QString &group, const QString &ke
     QString text = settings.value(key, QString()).toString();
     settings.endGroup();
     return text;
+}
+
+/// The path, or one where nothing is.
+QString readable(const QString &path)
+{
+    return isSpecialFile(path) ? path + QStringLiteral("/none") : path;
 }
 
 QString makerProgramsDir()
@@ -45,6 +52,12 @@ QString ensuredFolder(const QString &path)
     if (!QDir(folder).exists())
         QDir().mkpath(folder);
     return folder;
+}
+
+bool isSpecialFile(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.exists() && !info.isFile() && !info.isDir();
 }
 
 QString installDir()
@@ -89,12 +102,12 @@ QString uninstallerDataDir()
 
 QString productIniPath()
 {
-    return productDataDir() + QStringLiteral("/Clipwright.ini");
+    return readable(productDataDir() + QStringLiteral("/Clipwright.ini"));
 }
 
 QString accountIniPath()
 {
-    return productDataDir() + QStringLiteral("/KConfig.ini");
+    return readable(productDataDir() + QStringLiteral("/KConfig.ini"));
 }
 
 void readProductInfo(QString &productId, QString &version, QString &language,

@@ -33,6 +33,9 @@ struct AccountInfo
 /// returned also when that fails.
 QString ensuredFolder(const QString &path);
 
+/// Whether a named pipe or a device has this name, which to open or read may never end.
+bool isSpecialFile(const QString &path);
+
 /// The installation folder as the registry holds it, with native separators.
 QString installDir();
 
@@ -51,10 +54,11 @@ QString productDataDir();
 /// This program's own data folder, below the temporary files; made when missing.
 QString uninstallerDataDir();
 
-/// The product's settings, "Clipwright.ini" in productDataDir().
+/// The product's settings, "Clipwright.ini" in productDataDir(); where that is a special file, a
+/// path where nothing is.
 QString productIniPath();
 
-/// The signed-in account's settings, "KConfig.ini" in productDataDir().
+/// The signed-in account's settings, "KConfig.ini" in productDataDir(), likewise.
 QString accountIniPath();
 
 /// Fills what the product ini knows; productGroupId may be null and is then not read.

@@ -123,7 +123,7 @@ QJsonObject loadConfig()
 QJsonDocument readDocument(const QString &fileName)
 {
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+    if (AppEnv::isSpecialFile(fileName) || !file.open(QIODevice::ReadOnly | QIODevice::Text))
         return {};
     QTextStream stream(&file);
     stream.setCodec("UTF-8");

@@ -1,5 +1,6 @@
 #include "config/download/configdownloader.h"
 
+#include "app/env/appenv.h"
 #include "app/env/endpoints.h"
 #include "config/content/configcontent.h"
 #include "config/download/downloaditem.h"
@@ -8,7 +9,6 @@
 
 #include <QtCore/QDebug>
 #include <QtCore/QFile>
-#include <QtCore/QFileInfo>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QTextStream>
 #include <utility>
@@ -21,9 +21,7 @@ constexpr qint64 maxDocumentBytes = qint64(8) * 1024 * 1024;
 QByteArray readFile(const QString &fileName)
 {
     QFile file(fileName);
-    // Reading a device may never end.
-    return QFileInfo(fileName).isFile() && file.open(QIODevice::ReadOnly) ? file.readAll()
-                                                                          : QByteArray();
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 bool write(const QByteArray &bytes, QFile &file)
@@ -47,6 +45,8 @@ bool putBack(const QByteArray &bytes, const QString &fileName)
 /// taken for the whole, and the built-in document would not be used.
 bool save(const QJsonDocument &document, const QString &fileName)
 {
+    if (AppEnv::isSpecialFile(fileName))
+        return false;
     const QByteArray earlier = readFile(fileName);
     QFile file(fileName);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))

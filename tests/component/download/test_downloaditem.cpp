@@ -132,6 +132,8 @@ void TestDownloadItem::keepsTheEarlierPictureWhenTheDiskIsFull()
 
 void TestDownloadItem::keepsTheEarlierPictureWhenTheNewOneCannotBeCopied()
 {
+    if (QDir::separator() == QLatin1Char('\\'))
+        QSKIP("an open file cannot be removed here");
     writeFile(image("pid_1.png"_s), m_earlier);
     m_server->answer("/a.png"_s, Answer::ok("picture").held());
     const auto item = this->item({"pid_1.png"_s});
@@ -139,8 +141,7 @@ void TestDownloadItem::keepsTheEarlierPictureWhenTheNewOneCannotBeCopied()
     QVERIFY(item->start());
     QTRY_COMPARE(m_server->heldAnswers(), 1);
     // As a program that empties the folder for temporary files does.
-    if (!QFile::remove(image("pid_1.png.~tmp"_s)))
-        QSKIP("an open file cannot be removed here");
+    QVERIFY(QFile::remove(image("pid_1.png.~tmp"_s)));
     m_server->release();
     QVERIFY(finished.wait());
     QCOMPARE(images(), {"pid_1.png"_s});

@@ -7,6 +7,7 @@
 #include <ctime>
 #include <pthread.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Machine {
@@ -50,6 +51,11 @@ bool giveToAnotherUser(const QString &fileName)
     constexpr uid_t nobody = 65534;
     constexpr auto sameGroup = static_cast<gid_t>(-1);
     return chown(QFile::encodeName(fileName).constData(), nobody, sameGroup) == 0;
+}
+
+bool makePipe(const QString &fileName)
+{
+    return mkfifo(QFile::encodeName(fileName).constData(), S_IRUSR | S_IWUSR) == 0;
 }
 
 bool keepsKilledProgram(const QString & /*fileName*/)

@@ -30,6 +30,11 @@ bool giveToAnotherUser(const QString & /*fileName*/)
     return false;
 }
 
+bool makePipe(const QString & /*fileName*/)
+{
+    return false;
+}
+
 // Wine keeps the file of a process that was killed while it was loaded.
 bool keepsKilledProgram(const QString &fileName)
 {

@@ -1,4 +1,5 @@
 #include "app/env/appenv.h"
+#include "tests/support/machine.h"
 #include "tests/support/offlinemachine.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
@@ -36,6 +37,7 @@ private Q_SLOTS:
     void groupIdIsReadOnlyOnRequest();
     void accountIni_data();
     void accountIni();
+    void namedPipesAreNotRead();
     void uninstallerIsChosenAmongPairs_data();
     void uninstallerIsChosenAmongPairs();
     void onlineStateComesFromTheSystem();
@@ -182,6 +184,22 @@ void TestAppEnv::accountIni()
     const AppEnv::AccountInfo account = AppEnv::readAccountInfo();
     QTEST(account.uid, "uid");
     QTEST(account.email, "email");
+}
+
+void TestAppEnv::namedPipesAreNotRead()
+{
+    const Sandbox sandbox;
+    for (const QString &ini : {AppEnv::productIniPath(), AppEnv::accountIniPath()}) {
+        QVERIFY(!AppEnv::isSpecialFile(ini));
+        QVERIFY(QFile::remove(ini));
+        QVERIFY(!AppEnv::isSpecialFile(ini));
+        if (!Machine::makePipe(ini))
+            QSKIP("no pipe has a name of the file system here");
+        QVERIFY(AppEnv::isSpecialFile(ini));
+    }
+    QVERIFY(!AppEnv::isSpecialFile(sandbox.path(QString())));
+    QCOMPARE(productFields(), texts("|||"));
+    QCOMPARE(AppEnv::readAccountInfo().uid, QString());
 }
 
 void TestAppEnv::uninstallerIsChosenAmongPairs_data()

@@ -1,5 +1,6 @@
 #include "config/content/configcontent.h"
 #include "tests/support/literals.h"
+#include "tests/support/machine.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
 
@@ -21,6 +22,7 @@ private Q_SLOTS:
     void readDocument_data();
     void readDocument();
     void readsALargeDocument();
+    void readsNoNamedPipe();
     void stringIsEmptyUnlessItIsText();
     void objectListSkipsWhatIsNoObject();
     void optionType_data();
@@ -130,6 +132,14 @@ void TestConfigContent::readsALargeDocument()
     sandbox.writeFile("document.cfg"_s, content + "]}");
     const QJsonObject document = Config::readDocument(sandbox.path("document.cfg"_s)).object();
     QVERIFY(Config::jsonObjectList(document, "list"_s).size() > 8000);
+}
+
+void TestConfigContent::readsNoNamedPipe()
+{
+    const Sandbox sandbox(Sandbox::Content::Nothing);
+    if (!Machine::makePipe(sandbox.path("document.cfg"_s)))
+        QSKIP("no pipe has a name of the file system here");
+    QVERIFY(Config::readDocument(sandbox.path("document.cfg"_s)).isNull());
 }
 
 void TestConfigContent::stringIsEmptyUnlessItIsText()

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void failsWhenTheDiskIsFull();
     void refusesATargetThatCannotBeOpened_data();
     void refusesATargetThatCannotBeOpened();
+    void refusesANamedPipe();
 
 private:
     QString filePath() const { return m_folder.filePath("file.bin"_s); }
@@ -183,6 +184,16 @@ void TestKGetFileTask::refusesATargetThatCannotBeOpened()
     QVERIFY(!file.open(QIODevice::WriteOnly));
     QCOMPARE(error, file.errorString());
     QCOMPARE(task.status(), KBaseTask::TaskRunning);
+}
+
+void TestKGetFileTask::refusesANamedPipe()
+{
+    if (!Machine::makePipe(filePath()))
+        QSKIP("no pipe has a name of the file system here");
+    KGetFileTask task(m_manager.get(), url());
+    QString error;
+    QVERIFY(!task.setFile(filePath(), error));
+    QVERIFY(!error.isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestKGetFileTask)

@@ -31,6 +31,9 @@ private Q_SLOTS:
     void hiddenTextCounts_data();
     void hiddenTextCounts();
     void tooLargePictureIsNotShown();
+    void pictureWithAVariantForAScaleIsNotShown_data();
+    void pictureWithAVariantForAScaleIsNotShown();
+    void namedPipeIsNotShown();
     void roomIsGivenBack();
 };
 
@@ -291,6 +294,44 @@ void TestPicture::tooLargePictureIsNotShown()
     QVERIFY(isShown(png(2360, 2360, QImage::Format_Mono)));
     QVERIFY(isShown(png(816, 1440)));
     QVERIFY(!isShown(pngWith(chunk("zTXt", QByteArray(9000, 'x')).repeated(2))));
+}
+
+void TestPicture::pictureWithAVariantForAScaleIsNotShown_data()
+{
+    QTest::addColumn<QString>("variant");
+    QTest::addColumn<bool>("isShown");
+    QTest::newRow("scale 2") << "a@2x.png"_s << false;
+    QTest::newRow("scale 3") << "a@3x.png"_s << false;
+    QTest::newRow("scale 9") << "a@9x.png"_s << false;
+    QTest::newRow("no scale") << "a@1x.png"_s << true;
+    QTest::newRow("of another picture") << "b@2x.png"_s << true;
+}
+
+void TestPicture::pictureWithAVariantForAScaleIsNotShown()
+{
+    QFETCH(QString, variant);
+    QFETCH(bool, isShown);
+    QVERIFY(QDir().mkpath(m_sandbox->path("pictures"_s)));
+    const QString path = m_sandbox->path("pictures/a.png"_s);
+    write(m_sandbox->path("pictures/"_s + variant), png(8, 8));
+    for (const bool exists : {false, true}) {
+        if (exists)
+            write(path, png(8, 8));
+        QWidget panel;
+        Look::showPicture(panel, path);
+        QCOMPARE(!panel.styleSheet().isEmpty(), isShown);
+    }
+    QVERIFY(QDir(m_sandbox->path("pictures"_s)).removeRecursively());
+}
+
+void TestPicture::namedPipeIsNotShown()
+{
+    const QString path = m_sandbox->path("pipe.png"_s);
+    if (!Machine::makePipe(path))
+        QSKIP("no pipe has a name of the file system here");
+    QWidget panel;
+    Look::showPicture(panel, path);
+    QCOMPARE(panel.styleSheet(), QString());
 }
 
 void TestPicture::roomIsGivenBack()

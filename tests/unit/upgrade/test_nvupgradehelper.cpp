@@ -263,6 +263,11 @@ void TestNvUpgradeHelper::newHelperReadsUpdateInfoOnce()
     QCOMPARE(updateInfo(), describedAs("7.9"));
     helper->reloadUpdateInfo();
     QCOMPARE(updateInfo(), describedAs("8.0"));
+
+    QVERIFY(QFile::remove(NvUpgradeHelper::updateInfoFile()));
+    if (Machine::makePipe(NvUpgradeHelper::updateInfoFile()))
+        helper->reloadUpdateInfo(); // returns
+    QCOMPARE(updateInfo(), describedAs("8.0"));
 }
 
 void TestNvUpgradeHelper::operationsStartTheThreadWhenItDoesNotRun_data()
