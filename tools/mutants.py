@@ -1,6 +1,6 @@
 """Breaks one statement of the product at a time and asks the tests whether they notice.
 
-usage: python3 -m tools.mutants [N] [SEED] [--only REGEX] [--quick]
+usage: python3 -m tools.mutants [N] [SEED] [--only REGEX] [--quick | --nearest]
 
 Takes N places at random (100 unless told otherwise), each with one change: a call dropped, a
 condition negated, a comparison or a constant shifted. Works on a copy of the sources in
@@ -152,8 +152,10 @@ WHOLE = Stage(["all"], ".")
 
 
 def passes(stage):
+    # A test that fails once may have missed a limit on a busy machine, and noticed nothing.
     return quiet(["ctest", "--test-dir", BUILD / stage.folder, f"-j{os.cpu_count()}",
-                  "--stop-on-failure", "--no-tests=error", *stage.options], 3600)
+                  "--stop-on-failure", "--no-tests=error", "--repeat", "until-pass:2",
+                  *stage.options], 3600)
 
 
 def nearest(file):
@@ -165,7 +167,11 @@ def nearest(file):
                    if "win32" not in test.parts
                    and (test.stem == own
                         or f'#include "{header}"' in test.read_text(encoding="utf-8")))
-    return [Stage(names, "tests", "-R", f"^({'|'.join(names)})$")] if names else []
+    return [named(names)] if names else []
+
+
+def named(tests):
+    return Stage(tests, "tests", "-R", f"^({'|'.join(tests)})$")
 
 
 def failing_test():
@@ -197,19 +203,24 @@ def main():
     parser.add_argument("number", type=int, nargs="?", default=100)
     parser.add_argument("seed", type=int, nargs="?", default=1)
     parser.add_argument("--only", default="", help="files whose path matches this expression")
-    parser.add_argument("--quick", action="store_true",
-                        help="ask the tests of units and components alone")
+    fewer = parser.add_mutually_exclusive_group()
+    fewer.add_argument("--quick", action="store_true",
+                       help="ask the tests of units and components alone")
+    fewer.add_argument("--nearest", action="store_true",
+                       help="ask those alone that concern the changed file, and change no other")
     arguments = parser.parse_args()
 
     equivalent = tomllib.loads(EQUIVALENT.read_text(encoding="utf-8")).get("mutant", [])
     reasons = {(entry["file"], entry["old"], entry["new"]): entry["reason"]
                for entry in equivalent}
-    places = [mutant for file in sources() if re.search(arguments.only, file)
-              for mutant in mutants_of(file)]
+    files = [file for file in sources() if re.search(arguments.only, file)
+             and (nearest(file) or not arguments.nearest)]
+    places = [mutant for file in files for mutant in mutants_of(file)]
     chosen = random.Random(arguments.seed).sample(places, min(arguments.number, len(places)))
     print(f"{len(chosen)} of {len(places)} mutants, seed {arguments.seed}", flush=True)
-    stages = [QUICK] if arguments.quick else [QUICK, WHOLE]
-    prepare(stages[-1])
+    stages = [] if arguments.nearest else [QUICK] if arguments.quick else [QUICK, WHOLE]
+    prepare(stages[-1] if stages else named(sorted(
+        {test for mutant in chosen for test in nearest(mutant.file)[0].targets})))
 
     survivors, killed, known = [], 0, 0
     for number, mutant in enumerate(chosen, 1):
