@@ -1,15 +1,18 @@
-"""Ends a command in the clean root of a release in each way there is, and looks for what it left.
+"""Ends a command in the clean root of a release in each way there is, and looks for what it left;
+makes a root, and looks which roots of earlier recipes are left.
 
 usage: python3 -m tests.clean_root SUITE
 
 Needs root, and the native build in that root: ./dev in SUITE test
 """
 
+import fcntl
 import os
 import pathlib
 import signal
 import subprocess
 import sys
+import tempfile
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
@@ -77,13 +80,37 @@ def end(suite, name, send, expected):
     return failures
 
 
+def make_beside_earlier_roots(suite):
+    """In a cache of its own, which shares the newest empty system with the user's."""
+    cache = pathlib.Path(os.environ.get("XDG_CACHE_HOME") or pathlib.Path.home() / ".cache")
+    system = max(cache.glob(f"clipwright-uninstaller/root-{suite}-*.tar"), key=os.path.getmtime)
+    with tempfile.TemporaryDirectory(dir=cache) as other:
+        folder = pathlib.Path(other, "clipwright-uninstaller")
+        folder.mkdir()
+        os.link(system, folder / system.name)
+        idle, busy = (folder / f"root-{suite}-{name}" for name in ("idle", "busy"))
+        for earlier in (idle, busy):
+            earlier.mkdir()
+            for suffix in (".tar", ".lock"):
+                earlier.with_suffix(suffix).touch()
+        with open(busy.with_suffix(".lock")) as lock:
+            fcntl.flock(lock, fcntl.LOCK_SH)
+            code = subprocess.run(["./dev", "in", suite], cwd=ROOT, stdout=subprocess.DEVNULL,
+                                  env={**os.environ, "XDG_CACHE_HOME": other}).returncode
+        left = sorted(path.name for path in folder.glob("root-*") if path.suffix != ".lock")
+    expected = sorted([system.name, system.stem, f"{busy.name}.tar", busy.name])
+    print("Earlier roots: " + ("removed, but the busy one" if left == expected else "FAILED"))
+    return [] if code == 0 and left == expected else [f"exit code {code}, roots left: {left}"]
+
+
 def main():
     suite = sys.argv[1]
     failures = [
         # As a terminal does it: to every process of the foreground.
         *end(suite, "Ctrl-C", lambda command: os.killpg(command.pid, signal.SIGINT), 130),
         *end(suite, "SIGTERM", lambda command: command.terminate(), 143),
-        *end(suite, "SIGKILL", lambda command: command.kill(), -signal.SIGKILL)]
+        *end(suite, "SIGKILL", lambda command: command.kill(), -signal.SIGKILL),
+        *make_beside_earlier_roots(suite)]
     print("\n".join(failures))
     return 1 if failures else 0
 
