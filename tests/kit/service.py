@@ -1,14 +1,14 @@
-"""The sandbox's local service: nginx, serving a sample configuration document with its pictures as
-the maker's hosts would."""
+"""The sandbox's local service: sample documents and pictures, published and served by nginx as
+./dev publish and its configuration would have the maker's hosts do it."""
 
 import glob
-import json
 import os
 import shutil
 import subprocess
 
 from tests.kit.folders import ROOT
 from tests.kit.processes import Processes
+from tools.publish import publish
 
 IMAGES = os.path.join(ROOT, "sandbox", "service", "images")
 
@@ -20,21 +20,26 @@ CONFIGURATION = """
 pid {folder}/nginx.pid;
 error_log {folder}/error.log;
 daemon off;
+include /etc/nginx/modules-enabled/*.conf;
 events {{}}
 http {{
-  access_log {folder}/access.log;
+  log_format sent '$remote_addr [$time_local] "$request" $status $bytes_sent';
+  access_log {folder}/access.log sent;
   client_body_temp_path {folder}/tmp;
   proxy_temp_path {folder}/tmp;
   fastcgi_temp_path {folder}/tmp;
   uwsgi_temp_path {folder}/tmp;
   scgi_temp_path {folder}/tmp;
-  types {{ application/json json; image/png png; }}
-  server {{
-    listen {port}{tls};
-    root {folder}/root;{redirect}
-  }}
+  {server}
 }}
 """
+
+REDIRECTION = """server {{
+    listen {listen};
+    ssl_certificate {certificate};
+    ssl_certificate_key {key};
+    return 302 {target}$request_uri;
+  }}"""
 
 
 # Started by root, nginx would serve as a user who may not read root's folders.
@@ -64,37 +69,16 @@ def banner_of(value):
     return named if os.path.exists(named) else DEFAULT_BANNER
 
 
-def publish(document, url, root):
-    """Points the document's pictures at this service and puts pictures there."""
-    for category in document["apps"]:
-        for product in category["list"]:
-            name = f"icons/pid_{product['pid']}.png"
-            copy(icon_of(product["pid"]), os.path.join(root, name))
-            product["icon"] = f"{url}/{name}"
-    for product in document["recommended"]["list"]:
-        product["icon"] = f"{url}/icons/pid_{product['pid']}.png"
-    for option in document["problem_type"]["list"]:
-        name = f"banners/option_{option['value']}.png"
-        copy(banner_of(option["value"]), os.path.join(root, name))
-        option["banner_url"] = f"{url}/{name}"
-    return document
-
-
-def copy(source, target):
-    os.makedirs(os.path.dirname(target), exist_ok=True)
-    shutil.copyfile(source, target)
-
-
-def make_root(url, root):
-    shutil.rmtree(root, ignore_errors=True)
-    published = os.path.join(root, "uninstall", "cfg", "v1")
-    os.makedirs(published)
+def make_source(folder):
+    """What is published: the built-in documents, and pictures under their links' file names."""
+    shutil.rmtree(folder, ignore_errors=True)
+    os.makedirs(folder)
     for file in glob.glob(os.path.join(BUILT_IN, "*.cfg")):
-        code = os.path.splitext(os.path.basename(file))[0]
-        with open(file, encoding="utf-8") as source:
-            document = publish(json.load(source), url, root)
-        with open(os.path.join(published, f"846-{code}.json"), "w", encoding="utf-8") as target:
-            json.dump(document, target, ensure_ascii=False)
+        shutil.copy(file, folder)
+    for entry, key in publish.pictures_of(publish.read(folder)["en"]):  # the others have the same
+        picture = icon_of(entry["pid"]) if key == "icon" else banner_of(entry["value"])
+        shutil.copyfile(picture, os.path.join(folder, os.path.basename(entry[key])))
+    return folder
 
 
 class Service:
@@ -109,8 +93,7 @@ class Service:
         self._host = host
         self._port = port
         self._certificate_for = certificate_for
-        self._redirect = f"\n    return 302 {redirect_to}$request_uri;" if redirect_to else ""
-        self._tls = ""
+        self._redirect_to = redirect_to
         self._processes = Processes()
         self.url = None
         self.root = os.path.join(self._folder, "root")  # what is published
@@ -119,21 +102,33 @@ class Service:
     def __enter__(self):
         os.makedirs(os.path.join(self._folder, "tmp"), exist_ok=True)
         if self._certificate_for:
-            self._tls = self._make_certificate()
+            self._make_certificate()
         self._processes.start_server(self._command_at, self._port)
         return self
 
     def __exit__(self, *exception):
         self._processes.__exit__(*exception)
 
+    def put(self, name, content):
+        """Replaces a file of the tree, and what is served in its place."""
+        publish.put(self.root, name, content)
+
     def _command_at(self, port):
         scheme = "https" if self._certificate_for else "http"
         self.url = f"{scheme}://{self._host}:{port}"
-        make_root(self.url, self.root)
+        listen = f"{port} ssl" if self._certificate_for else str(port)
+        files = {"certificate": os.path.join(self._folder, "server.pem"),
+                 "key": os.path.join(self._folder, "server.key")}
+        if self._redirect_to:
+            server = REDIRECTION.format(listen=listen, target=self._redirect_to, **files)
+        else:
+            source = make_source(os.path.join(self._folder, "source"))
+            shutil.rmtree(self.root, ignore_errors=True)
+            publish.write_tree(source, publish.read(source), self.url, self.root)
+            server = publish.server(self.root, self.url, listen, **files)
         configuration = os.path.join(self._folder, "nginx.conf")
         with open(configuration, "w", encoding="utf-8") as file:
-            file.write(CONFIGURATION.format(user=USER, folder=self._folder, port=port,
-                                            tls=self._tls, redirect=self._redirect))
+            file.write(CONFIGURATION.format(user=USER, folder=self._folder, server=server))
         return [NGINX, "-c", configuration, "-e", os.path.join(self._folder, "error.log")]
 
     def _make_certificate(self):
@@ -156,10 +151,19 @@ class Service:
         openssl("x509", "-req", "-in", "server.csr", "-CA", "authority/authority.pem", "-CAkey",
                 "authority.key", "-CAcreateserial", "-days", "2", "-extfile", "names", "-out",
                 "server.pem")
-        return (f" ssl;\n    ssl_certificate {self._folder}/server.pem;\n"
-                f"    ssl_certificate_key {self._folder}/server.key")
+
+    def pid(self):
+        with open(os.path.join(self._folder, "nginx.pid"), encoding="ascii") as file:
+            return int(file.read())
+
+    def _log(self):
+        with open(os.path.join(self._folder, "access.log"), encoding="utf-8") as log:
+            return [line.split('"') for line in log if '"' in line]
 
     def requests(self):
         """The request lines that came, in order."""
-        with open(os.path.join(self._folder, "access.log"), encoding="utf-8") as log:
-            return [line.split('"')[1] for line in log if '"' in line]
+        return [parts[1] for parts in self._log()]
+
+    def transfers(self):
+        """The path of each request, and the bytes that were sent for it, with the header."""
+        return [(parts[1].split()[1], int(parts[2].split()[1])) for parts in self._log()]

@@ -128,8 +128,7 @@ class Bench:
 
     def downloads(self):
         with Service(os.path.join(self.folder, "service")) as service:
-            root = os.path.join(self.folder, "service", "root")
-            names = publish_icons(service.url, root)
+            names = publish_icons(service)
             environment = {**self.environment, "CLIPWRIGHT_SANDBOX_SERVICE": service.url}
             target = os.path.join(self.folder, "downloads")
             os.makedirs(target)
@@ -155,15 +154,16 @@ class Bench:
                         [(by_program(processes.instructions) / 1e6,
                           processes.instructions(same_by_curl) / 1e6)])]
 
-            with open(os.path.join(root, "large"), "wb") as large:
+            large_name = "uninstall/pictures/large.png"  # of these the service has any
+            with open(os.path.join(service.root, large_name), "wb") as large:
                 for _ in range(LARGE_FILE // MIB):
                     large.write(os.urandom(MIB))
             growths = []
             copy = os.path.join(target, "large")
 
-            file = [program("bench-downloads"), "file", f"{service.url}/large", copy]
+            file = [program("bench-downloads"), "file", f"{service.url}/{large_name}", copy]
             same_file_by_curl = ["curl", "--silent", "--fail", "--output", copy,
-                                 f"{service.url}/large"]
+                                 f"{service.url}/{large_name}"]
 
             def file_by_program():
                 milliseconds, growth = processes.timed(file, environment)
@@ -288,20 +288,19 @@ class Bench:
                                      os.path.join(WINDOWS, "bin"), self.folder)
 
 
-def publish_icons(url, root):
+def publish_icons(service):
     """Publishes a catalogue whose products have ICONS icons; returns the names of all files."""
     pictures = sample_pictures("app")
-    names = [f"icons/pid_{number}.png" for number in range(ICONS)]
+    names = [f"uninstall/pictures/pid_{number}.png" for number in range(ICONS)]
     for number, name in enumerate(names):
-        os.makedirs(os.path.dirname(os.path.join(root, name)), exist_ok=True)
-        shutil.copyfile(pictures[number % len(pictures)], os.path.join(root, name))
-    products = [{"pid": number, "name": f"Product {number}", "icon": f"{url}/{name}"}
+        with open(pictures[number % len(pictures)], "rb") as picture:
+            service.put(name, picture.read())
+    products = [{"pid": number, "name": f"Product {number}", "icon": f"{service.url}/{name}"}
                 for number, name in enumerate(names)]
     document = {"apps": [{"key": "utilities", "list": products}],
                 "problem_type": {"list": [{"value": 57, "title": "A reason"}]}}
     published = "uninstall/cfg/v1/846-en.json"
-    with open(os.path.join(root, published), "w", encoding="utf-8") as file:
-        json.dump(document, file)
+    service.put(published, json.dumps(document).encode())
     return [published, *names]
 
 
