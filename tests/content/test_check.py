@@ -164,6 +164,7 @@ NOTES = [
 
 # Documents that are unusual but lose nothing.
 GOOD = [
+    ("named schema", [(("$schema",), "https://norvane.example/schema.json")]),
     ("as shipped", []),
     ("product in two tabs", [(("apps", 1, "list", 6), ENGLISH["apps"][0]["list"][0])]),
     ("category in two pieces", [(("apps", 3), {"key": "utilities", "list": []})]),

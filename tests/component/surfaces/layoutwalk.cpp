@@ -1,20 +1,15 @@
 #include "tests/component/surfaces/layoutwalk.h"
 
 #include "tools/gallery/contrast.h"
+#include "tools/gallery/textfit.h"
 
 #include <QtGui/QAccessible>
 #include <QtGui/QGlyphRun>
-#include <QtGui/QTextDocument>
 #include <QtGui/QTextLayout>
+#include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QAbstractItemView>
 #include <QtWidgets/QAbstractScrollArea>
-#include <QtWidgets/QCheckBox>
 #include <QtWidgets/QLabel>
-#include <QtWidgets/QLineEdit>
-#include <QtWidgets/QPlainTextEdit>
-#include <QtWidgets/QPushButton>
-#include <QtWidgets/QRadioButton>
-#include <QtWidgets/QStyleOption>
 
 #include <algorithm>
 
@@ -56,70 +51,6 @@ bool isScrolled(const QWidget &widget)
     return area && area->viewport() == parent;
 }
 
-QRect textRoom(const QWidget &widget)
-{
-    QStyleOptionButton option;
-    option.initFrom(&widget);
-    const QStyle *style = widget.style();
-    if (qobject_cast<const QPushButton *>(&widget))
-        return style->subElementRect(QStyle::SE_PushButtonContents, &option, &widget);
-    if (qobject_cast<const QRadioButton *>(&widget))
-        return style->subElementRect(QStyle::SE_RadioButtonContents, &option, &widget);
-    if (qobject_cast<const QCheckBox *>(&widget))
-        return style->subElementRect(QStyle::SE_CheckBoxContents, &option, &widget);
-    if (const auto *label = qobject_cast<const QLabel *>(&widget)) {
-        const int margin = label->margin();
-        return label->contentsRect().adjusted(margin, margin, -margin, -margin);
-    }
-    if (qobject_cast<const QLineEdit *>(&widget)) {
-        QStyleOptionFrame frame;
-        frame.initFrom(&widget);
-        return style->subElementRect(QStyle::SE_LineEditContents, &frame, &widget);
-    }
-    if (const auto *box = qobject_cast<const QPlainTextEdit *>(&widget)) {
-        const int margin = static_cast<int>(box->document()->documentMargin());
-        return box->viewport()->rect().adjusted(margin, 0, -margin, 0);
-    }
-    return widget.rect();
-}
-
-// Typed texts scroll; only their hints must fit.
-QString textToFit(const QWidget &widget)
-{
-    if (const auto *line = qobject_cast<const QLineEdit *>(&widget))
-        return line->text().isEmpty() ? line->placeholderText() : QString();
-    if (const auto *box = qobject_cast<const QPlainTextEdit *>(&widget))
-        return box->toPlainText().isEmpty() ? box->placeholderText() : QString();
-    return Gallery::shownText(widget);
-}
-
-bool isWrapped(const QWidget &widget)
-{
-    const auto *label = qobject_cast<const QLabel *>(&widget);
-    return (label && label->wordWrap()) || qobject_cast<const QPlainTextEdit *>(&widget);
-}
-
-QString misfit(const QWidget &widget)
-{
-    const QString text = textToFit(widget);
-    if (text.isEmpty())
-        return {};
-    const QRect room = textRoom(widget);
-    const bool isButton = qobject_cast<const QAbstractButton *>(&widget);
-    const int flags =
-        (isWrapped(widget) ? Qt::TextWordWrap : 0) | (isButton ? Qt::TextShowMnemonic : 0);
-    const QSize needed =
-        widget.fontMetrics().boundingRect(QRect(0, 0, room.width(), 10000), flags, text).size();
-    if (needed.width() <= room.width() && needed.height() <= room.height())
-        return {};
-    return QStringLiteral("clipped: %1 needs %2x%3 and has %4x%5")
-        .arg(describe(widget))
-        .arg(needed.width())
-        .arg(needed.height())
-        .arg(room.width())
-        .arg(room.height());
-}
-
 // The lines in which a label shows its text, blanks and invisible characters included.
 QStringList shownLines(const QLabel &label)
 {
@@ -128,7 +59,7 @@ QStringList shownLines(const QLabel &label)
     layout.beginLayout();
     QStringList lines;
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        line.setLineWidth(textRoom(label).width());
+        line.setLineWidth(Gallery::textRoom(label).width());
         lines += layout.text().mid(line.textStart(), line.textLength());
     }
     layout.endLayout();
@@ -212,9 +143,9 @@ bool lacksGlyphs(const QString &text, const QFont &font)
 QStringList textComplaints(const QWidget &widget)
 {
     QStringList list;
-    const QString cut = misfit(widget);
-    if (!cut.isEmpty())
-        list += cut;
+    const QString misfit = Gallery::textMisfit(widget);
+    if (!misfit.isEmpty())
+        list += QStringLiteral("clipped: %1 %2").arg(describe(widget), misfit);
     list += badLines(widget);
     const QString parted = partedOnButton(widget);
     if (!parted.isEmpty())

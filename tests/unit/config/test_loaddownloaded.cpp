@@ -25,7 +25,9 @@ void TestLoadDownloaded::brokenFileIsNotReplacedButTriedAgain()
     }
 
     // Repaired, it is read at the next call; lists that are not lists are empty.
-    sandbox.writeFile(file, R"({"problem_type": {"list": [{"value": 1}, 2]}, "recommended": []})");
+    // What editors' tools put at the top is passed over.
+    sandbox.writeFile(file, R"({"$schema": "schema.json", "problem_type":
+                               {"list": [{"value": 1}, 2]}, "recommended": []})");
     QCOMPARE(Config::problemTypeList(), {QJsonObject({{QLatin1String("value"), 1}})});
     QVERIFY(Config::recommendedList().isEmpty());
 
