@@ -32,7 +32,7 @@
     </message>
     <message>
         <source>Failed to check update!</source>
-        <translation>No se pudieron buscar actualizaciones.</translation>
+        <translation>No se pudo comprobar si hay actualizaciones.</translation>
     </message>
     <message>
         <source>You are already the latest version!</source>

@@ -286,7 +286,7 @@ Norvane Technology でエンジニアをしている Arlen です。私たちは
     </message>
     <message>
         <source>Upgrading, please wait...</source>
-        <translation>アップデートしています。しばらくお待ちください…</translation>
+        <translation>アップデートしています。しばらくお待ちください。</translation>
     </message>
     <message>
         <source>TextLabel</source>

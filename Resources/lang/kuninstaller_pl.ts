@@ -79,7 +79,7 @@ Hope to meet you again.
 Thank you!</source>
         <translation>Dzień dobry,
 
-mam na imię Arlen i jestem inżynierem w Norvane Technology. Chcemy tworzyć oprogramowanie łatwe w obsłudze i dokładamy starań, aby jak najlepiej odpowiadało Twoim potrzebom.
+mam na imię Arlen i jestem inżynierem w Norvane Technology. Chcemy tworzyć oprogramowanie łatwe w obsłudze i dokładamy starań, aby jak najlepiej odpowiadało Twoim potrzebom.
 
 Dziękujemy za Twoją opinię.
 Mamy nadzieję, że jeszcze się spotkamy.

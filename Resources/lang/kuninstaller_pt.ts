@@ -33,7 +33,7 @@ o Norvane Clipwright?</translation>
     </message>
     <message>
         <source>Failed to check update!</source>
-        <translation>Não foi possível verificar se há atualizações.</translation>
+        <translation>Não foi possível verificar se há atualizações.</translation>
     </message>
     <message>
         <source>You are already the latest version!</source>
