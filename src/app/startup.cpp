@@ -60,17 +60,13 @@ void limitEnd()
     }
 }
 
+// When the user's session ends, be it by force, aboutToQuit() comes from within the event loop.
+// What follows would kill an uninstaller that still runs, and record events after the stop.
 void endSession()
 {
     limitEnd();
     QThread::msleep(endPauseMs);
     Analytics::stopAnalytics();
-}
-
-// When the user's session ends, be it by force, aboutToQuit() comes from within the event loop.
-// What follows would kill an uninstaller that still runs, and record events after the stop.
-void endWithUsersSession()
-{
     if (QThread::currentThread()->loopLevel() > 0)
         Platform::endProcess(EXIT_SUCCESS);
 }
@@ -95,7 +91,6 @@ int runWizard(const QRect &screen, SplashWindow &splash, QApplication &applicati
             if (window.isVisible())
                 window.hide();
             endSession();
-            endWithUsersSession();
         },
         Qt::DirectConnection);
     QTimer::singleShot(splashPauseMs, &splash, &QWidget::close);
@@ -126,13 +121,8 @@ int run(QApplication &application)
     {
         ConfigDownloader downloader;
         QTimer limit;
-        QObject::connect(
-            &application, &QCoreApplication::aboutToQuit, &downloader,
-            [] {
-                endSession();
-                endWithUsersSession();
-            },
-            Qt::DirectConnection);
+        QObject::connect(&application, &QCoreApplication::aboutToQuit, &downloader, endSession,
+                         Qt::DirectConnection);
         loadConfiguration(downloader, limit, splash);
     }
     if (splash.isVisible())
