@@ -79,7 +79,8 @@ def render(program, out, language, scale, scheme):
 
 def figure(language, name, caption):
     return (f'<figure><img data-folder="{language}/{html.escape(name)}.png" loading="lazy" alt="'
-            f'{html.escape(name)}"><figcaption>{html.escape(caption)}</figcaption></figure>')
+            f'{html.escape(name)}"><img data-beside loading="lazy" alt="">'
+            f'<figcaption>{html.escape(caption)}</figcaption></figure>')
 
 
 def surface_section(name, languages):
@@ -117,7 +118,7 @@ def contrast_section(texts):
             f"<th>ink</th><th>ground</th><th>ratio</th></tr>{body}</table>")
 
 
-def write_page(out, languages, scales, indexes):
+def write_page(out, languages, scales, indexes, beside):
     first = indexes[0]
     sections = [surface_section(name, languages) for name in first["surfaces"]]
     sections.append(control_section(first["controls"], languages[0]))
@@ -132,8 +133,9 @@ def write_page(out, languages, scales, indexes):
         f"{LANGUAGES[code]}</label>" for code in languages)
     with open(PAGE, encoding="utf-8") as template:
         page = template.read()
-    for place, text in (("{scale_choice}", scale_choice), ("{language_choice}", language_choice),
-                        ("{body}", "\n".join(sections))):
+    beside = os.path.relpath(beside, out) if beside else ""
+    for place, text in (("{beside}", json.dumps(beside)), ("{scale_choice}", scale_choice),
+                        ("{language_choice}", language_choice), ("{body}", "\n".join(sections))):
         page = page.replace(place, text)
     file = os.path.join(out, "index.html")
     with open(file, "w", encoding="utf-8") as output:
@@ -149,6 +151,8 @@ def main():
     parser.add_argument("--scales", default="1,1.25,2")
     parser.add_argument("--scheme", choices=("dark", "light"), help="a high-contrast scheme")
     parser.add_argument("--windows", action="store_true", help="the Windows program, under Wine")
+    parser.add_argument("--beside", metavar="FOLDER",
+                        help="another gallery, whose pictures are shown beside these")
     arguments = parser.parse_args()
     languages = arguments.languages.split(",")
     scales = arguments.scales.split(",")
@@ -165,7 +169,7 @@ def main():
         pool = resources.enter_context(concurrent.futures.ThreadPoolExecutor(at_once))
         indexes = list(pool.map(
             lambda job: render(program, arguments.out, *job, arguments.scheme), jobs))
-    page = write_page(arguments.out, languages, scales, indexes)
+    page = write_page(arguments.out, languages, scales, indexes, arguments.beside)
     pictures = sum(len(index["surfaces"]) + len(index["controls"]) for index in indexes)
     print(f"{pictures} pictures: {page}")
     return 0
