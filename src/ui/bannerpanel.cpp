@@ -1,11 +1,14 @@
 #include "ui/bannerpanel.h"
 
+#include "ui/basewindow.h"
+
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
 
 namespace {
 
 constexpr qreal cornerRadius = 12;
+constexpr qreal borderWidth = 2;
 
 } // namespace
 
@@ -29,4 +32,16 @@ void BannerPanel::paintEvent(QPaintEvent * /*event*/)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setCompositionMode(QPainter::CompositionMode_Clear);
     painter.fillPath(all.subtracted(kept), Qt::black);
+
+    // The window's border, which the picture covers.
+    const auto *shownBy = qobject_cast<const BaseWindow *>(window());
+    if (!shownBy || !shownBy->contrastColour().isValid())
+        return;
+    constexpr qreal half = borderWidth / 2;
+    const qreal inner = isMirrored ? half : width() - half;
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.setPen(QPen(shownBy->contrastColour(), borderWidth));
+    painter.drawRoundedRect(rounded.adjusted(half, half, -half, -half), cornerRadius - half,
+                            cornerRadius - half);
+    painter.drawLine(QPointF(inner, 0), QPointF(inner, height()));
 }

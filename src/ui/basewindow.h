@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtGui/QColor>
 #include <QtWidgets/QWidget>
 
 /// Base of every top-level surface: no system frame, translucent outside its rounded corners,
@@ -9,9 +10,15 @@
 class BaseWindow : public QWidget
 {
     Q_OBJECT
+    Q_PROPERTY(QColor contrastColour READ contrastColour WRITE setContrastColour)
 
 public:
     explicit BaseWindow(QWidget *parent);
+
+    /// The colour of a high-contrast scheme for what its rules of the style sheet cannot colour but
+    /// by this property. Invalid when there is no such scheme.
+    QColor contrastColour() const { return m_contrastColour; }
+    virtual void setContrastColour(const QColor &colour) { m_contrastColour = colour; }
 
     /// Grows the window to what its texts need; a layout alone sets no minimum height for texts
     /// that wrap. Call before it is shown.
@@ -26,4 +33,7 @@ protected:
     void paintGround(QPainter &painter) const;
 
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    QColor m_contrastColour;
 };

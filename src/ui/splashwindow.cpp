@@ -62,6 +62,14 @@ bool SplashWindow::isSpinning() const
     return m_timer->isActive();
 }
 
+void SplashWindow::setContrastColour(const QColor &colour)
+{
+    BaseWindow::setContrastColour(colour);
+    QPainter painter(&m_picture);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(m_picture.rect(), colour);
+}
+
 void SplashWindow::timerTimeout()
 {
     if (isVisible()) {

@@ -23,6 +23,9 @@ public:
     /// Whether the picture still turns. It stops for good when the window is hidden.
     bool isSpinning() const;
 
+    /// The picture takes this colour, too.
+    void setContrastColour(const QColor &colour) override;
+
 Q_SIGNALS:
     void closed();
 
@@ -41,7 +44,7 @@ private:
     QRect centred(int side) const;
     void paintGround(QPainter &painter, const QRect &area);
 
-    const QPixmap m_picture;
+    QPixmap m_picture;
     QPixmap m_middle; ///< of the window's ground, where the picture turns
     QElapsedTimer m_clock;
     QTimer *m_timer;

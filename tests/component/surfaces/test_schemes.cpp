@@ -24,6 +24,8 @@ class TestSchemes : public TestCase
 private Q_SLOTS:
     void schemeColoursEveryText_data();
     void schemeColoursEveryText();
+    void schemeColoursEveryBorder_data();
+    void schemeColoursEveryBorder();
     void schemeColoursEveryControl_data();
     void schemeColoursEveryControl();
     void onlyOurOwnMarkShowsTheFocus();
@@ -115,6 +117,42 @@ void TestSchemes::schemeColoursEveryText()
         complaints += notOfTheScheme(surface.name, texts, scheme);
     }
     QVERIFY2(complaints.isEmpty(), complaints.join(QLatin1Char('\n')).toUtf8().constData());
+}
+
+void TestSchemes::schemeColoursEveryBorder_data()
+{
+    schemeColoursEveryText_data();
+}
+
+void TestSchemes::schemeColoursEveryBorder()
+{
+    QFETCH(const QString, name);
+    const Platform::ContrastScheme scheme = Gallery::contrastSchemes().value(name);
+    const Sandbox sandbox;
+    const LookApplied look(SystemLook::rules({}, scheme, true));
+    const LinkCatcher links;
+    const InterfaceLanguage language(*sandbox.operator->(), "ENG"_s);
+    const QList<Gallery::Surface> surfaces = Gallery::surfaces();
+    for (const Gallery::Surface &surface : surfaces) {
+        const std::unique_ptr<QWidget> window = surface.show();
+        const QImage image = window->grab().toImage();
+        const QPoint middle = image.rect().center();
+        for (const QPoint &edge : {QPoint(middle.x(), 0), QPoint(middle.x(), image.height() - 1),
+                                   QPoint(0, middle.y()), QPoint(image.width() - 1, middle.y())})
+            QVERIFY2(image.pixelColor(edge) == scheme.text, qPrintable(surface.name));
+        if (surface.name != "splash"_s)
+            continue;
+        const QImage turning = image.copy(QRect(middle - QPoint(20, 20), QSize(40, 40)));
+        int most = 0;
+        for (int y = 0; y < turning.height(); ++y) {
+            for (int x = 0; x < turning.width(); ++x) {
+                const QColor colour = turning.pixelColor(x, y);
+                QCOMPARE(colour.saturation(), 0); // black and white, as are the schemes
+                most = qMax(most, qAbs(colour.value() - scheme.window.value()));
+            }
+        }
+        QVERIFY(most > 200);
+    }
 }
 
 void TestSchemes::schemeColoursEveryControl_data()
