@@ -13,6 +13,10 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QStyle>
 
+#ifdef Q_OS_WIN
+#include <windows.h>
+#endif
+
 class TestSystemLook : public TestCase
 {
     Q_OBJECT
@@ -23,6 +27,7 @@ private Q_SLOTS:
     void lettersHaveTheLanguagesForms();
     void animationsAreOffWhenTheUserWantsNone();
     void ownSchemeIsApplied();
+    void ownChoiceOfAnimationsIsApplied();
 };
 
 namespace {
@@ -104,9 +109,26 @@ void TestSystemLook::ownSchemeIsApplied()
     QVERIFY(SystemLook::rules().contains("background: #0a0b0c;"_s));
     QVERIFY(!SystemLook::rules().contains(QLatin1Char('@') + "window"_s));
     QVERIFY(!SystemLook::rules().contains("animation"_s));
-    sandbox->setSystemValue("System/Animations"_s, "false"_s);
-    QVERIFY(SystemLook::rules().contains("animation"_s));
 #endif
+}
+
+void TestSystemLook::ownChoiceOfAnimationsIsApplied()
+{
+    const Sandbox sandbox;
+    QVERIFY(!SystemLook::rules().contains("animation"_s));
+#ifdef Q_OS_WIN
+    const auto setAnimations = [](bool areOn) {
+        return SystemParametersInfoW(SPI_SETCLIENTAREAANIMATION, 0,
+                                     reinterpret_cast<void *>(std::uintptr_t(areOn)), 0) != 0;
+    };
+    QVERIFY(setAnimations(false));
+    const QString rules = SystemLook::rules();
+    QVERIFY(setAnimations(true));
+#else
+    sandbox->setSystemValue("System/Animations"_s, "false"_s);
+    const QString rules = SystemLook::rules();
+#endif
+    QVERIFY(rules.contains("animation"_s));
 }
 
 QTEST_MAIN(TestSystemLook)
