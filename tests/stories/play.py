@@ -28,6 +28,20 @@ def platform_story(platform):
     return NativeStory
 
 
+def platforms(name):
+    """Where a story is played: on both builds, unless it is about what Windows alone tells."""
+    windows_only = STORIES[name].__module__.startswith("tests.stories.windows.")
+    return ["windows"] if windows_only else ["native", "windows"]
+
+
+def print_list():
+    for name, tell in STORIES.items():
+        program = "sandbox" if getattr(tell, "needs_service", False) else "shipped"
+        print(f"{name:32}" + ", ".join(
+            platform if platform == "native" else f"{platform} ({program})"
+            for platform in platforms(name)))
+
+
 def play(name, platform, binaries, out):
     """Plays one story in this process; returns its exit code."""
     tell = STORIES[name]
@@ -74,12 +88,21 @@ def play_all(names, platform, binaries, out):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("stories", nargs="+", choices=STORIES, metavar="STORY")
+    parser.add_argument("stories", nargs="*", metavar="STORY")
+    parser.add_argument("--list", action="store_true", help="tell which stories are played on "
+                        "which build, and on Windows with which program: the one that ships or "
+                        "the sandbox flavour, which asks a service of ours")
     parser.add_argument("--platform", choices=("native", "windows"), default="native")
-    parser.add_argument("--bin", required=True, help="folder with the built programs")
-    parser.add_argument("--out", required=True,
+    parser.add_argument("--bin", help="folder with the built programs")
+    parser.add_argument("--out",
                         help="folder for a folder of each story, with its sandbox and pictures")
     arguments = parser.parse_args()
+    if arguments.list:
+        print_list()
+        return 0
+    if not (arguments.stories and set(arguments.stories) <= STORIES.keys()
+            and arguments.bin and arguments.out):
+        parser.error("needed are --bin, --out and stories of --list")
     if len(arguments.stories) > 1:
         return play_all(arguments.stories, arguments.platform, arguments.bin, arguments.out)
     name = arguments.stories[0]
