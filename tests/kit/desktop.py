@@ -218,6 +218,19 @@ class Desktop:
             self.wait_for_keyboard(title, size)
         self._xdotool("key", "--delay", 30, *keys)
 
+    @contextlib.contextmanager
+    def held(self, key):
+        """Holds a key for the length of a block; it repeats as on a user's keyboard."""
+        self._display.change_keyboard_control(auto_repeat_mode=X.AutoRepeatModeOn)
+        self._display.sync()
+        self._xdotool("keydown", key)
+        try:
+            yield
+        finally:
+            self._xdotool("keyup", key)
+            self._display.change_keyboard_control(auto_repeat_mode=X.AutoRepeatModeOff)
+            self._display.sync()
+
     def type_text(self, text):
         self._xdotool("type", "--delay", 20, text)
 

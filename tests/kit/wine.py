@@ -54,7 +54,7 @@ class Prefix:
         """Runs a program to its end and returns its exit code."""
         return subprocess.run(["wine", *command], env=self.environment, check=False,
                               stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.DEVNULL,
-                              timeout=60).returncode
+                              timeout=180).returncode  # compilers of setups among them
 
     def output(self, *command):
         """Runs a program to its end and returns what it printed."""

@@ -1,14 +1,20 @@
 """The events that stories expect, as (category, action, properties)."""
 
-POP_UP = ("DoUninstall", "UninstallPopUp", {"source": "uninstall_action"})
 COMPLETED = ("DoUninstall", "UninstallCompleted", {"result": "success"})
 FAILED = ("DoUninstall", "UninstallCompleted", {"result": "failure"})
 
 
-def feedback(action, code, detail="", button=""):
+def pop_up(source):
+    return ("DoUninstall", "UninstallPopUp", {"source": source})
+
+
+POP_UP = pop_up("uninstall_action")
+
+
+def feedback(action, code, detail="", button="", source="uninstall_action"):
     return ("DoUninstall", action, {"MsgCode": code, "Msgdetail": detail,
                                     "isoption": "1" if button else "0",
-                                    "source": "uninstall_action", "RetainActionName": button})
+                                    "source": source, "RetainActionName": button})
 
 
 def offer_taken(code, button):

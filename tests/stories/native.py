@@ -37,8 +37,12 @@ class NativeStory(Story):
                                  env=self.environment)
         return claim.strip() == "refused"
 
-    def product_folder(self):
-        return self.path("Program Files/Norvane/Norvane Clipwright")
+    def say_offline(self):
+        with open(self.path("system.ini"), "r+", encoding="utf-8") as file:
+            text = file.read().replace("Online=true", "Online=false")
+            file.seek(0)
+            file.write(text)
+            file.truncate()
 
     def arguments_received(self):
         return self.lines("Received/uninstaller.txt")

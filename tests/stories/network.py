@@ -15,8 +15,9 @@ from tests.kit.listener import Listener
 from tests.kit.proxies import HttpProxy, SocksProxy
 from tests.kit.service import Service
 from tests.kit.windowwatch import WindowWatch
-from tests.stories import events
-from tests.stories.story import (MAIN, SPLASH, Outcome, Skipped, story as listed, with_service)
+from tests.stories import events, removal
+from tests.stories.story import (MAIN, SPLASH, Outcome, Skipped, effects, story as listed,
+                                 with_service)
 
 # Qt asks no proxy for loopback names; it does not take the machine's own name for one.
 MACHINE = socket.gethostname()
@@ -182,12 +183,34 @@ def socks_proxy(story):
                      f"over {len(proxy.connections())} connections of the proxy")
 
 
+def apart(namespace):
+    """Runs a command in a namespace of its own."""
+    command = ["unshare", "--map-root-user", namespace]
+    if subprocess.run([*command, "true"], check=False).returncode:
+        raise Skipped(f"unshare {namespace} is not allowed here")
+    return command
+
+
 def trusting(authority_folder):
     """Runs a command where the system trusts this authority and no other."""
-    if subprocess.run(["unshare", "--map-root-user", "--mount", "true"], check=False).returncode:
-        raise Skipped("a mount namespace cannot be made here")
-    return ["unshare", "--map-root-user", "--mount", "sh", "-c",
+    return [*apart("--mount"), "sh", "-c",
             'mount --bind "$0" /etc/ssl/certs && exec "$@"', authority_folder]
+
+
+@listed
+def offline(story):
+    """On a machine without a network the product is removed all the same; products are advertised
+    only when the system says that there is a connection."""
+    story.say_offline()
+
+    def look(program):
+        story.expect_equal(program.find(Role.BUTTON, removal.MORE) is None,
+                           story.tells_of_connection, f"{removal.MORE!r} is not offered, if the "
+                           "system tells that there is no connection")
+
+    removal.remove(story, removal.SUCCESS, events.COMPLETED, events.left("uninstallprocess"),
+                   wrap=apart("--net"), at_the_end=look, links=[removal.GOODBYE_PAGE], requests=0,
+                   keeps=effects)
 
 
 @listed

@@ -64,11 +64,7 @@ def screen_reader(story):
             program.wait_for_exit()
         story.environment["CLIPWRIGHT_SANDBOX_SERVICE"] = service
 
-    orders = story.path("Feed/orders.txt")
-    with open(orders, encoding="utf-8") as file:
-        text = file.read()
-    with open(orders, "w", encoding="utf-8") as file:  # time to look at the download
-        file.write(text.replace("download_delay=100", "download_delay=500"))
+    story.order("Feed/orders.txt", download_delay=500)  # time to look at the download
     with story.start() as program:
         program.wait_for(Role.BUTTON, "Cancel")
         look(program, "feedback")

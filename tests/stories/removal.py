@@ -1,6 +1,8 @@
 """Stories of the product's removal, taken or not, on every platform that they can be played on."""
 
 import os
+import re
+import shutil
 import time
 
 from tests.kit.desktop import PATIENCE
@@ -18,6 +20,7 @@ QUESTION = "Are you sure you want to remove Norvane Clipwright?"
 RUNNING = "Thanks for your feedback! Uninstalling..."
 SUCCESS = "Successfully uninstalled"
 ADDRESS = "Email address"
+MORE = "More Products"
 CLOSE = (694, 28)  # where the cross is in the window
 TAB = Role.RADIO_BUTTON  # one of several buttons of which one is checked
 
@@ -202,6 +205,89 @@ def failures(story):
         events=[events.POP_UP, *events.offer_taken("61", "Upgrade"),
                 events.feedback("UninstallContinue", "61", button="Upgrade"),
                 events.reconfirm("Remove"), events.FAILED]))
+
+
+def remove(story, shown_at_the_end, *last_events, with_resources=False, wrap=(),
+           at_the_end=lambda program: None, **expected):
+    """A removal without digressions; what is expected may be overridden."""
+    with story.start(wrap) as program:
+        program.press(Role.RADIO_BUTTON, ONCE)
+        program.press(Role.BUTTON, "Continue")
+        if with_resources:
+            program.press(Role.CHECK_BOX, RESOURCES)
+        program.press(Role.BUTTON, "Remove")
+        program.wait_for(Role.LABEL, shown_at_the_end)
+        story.picture("at-the-end")
+        at_the_end(program)
+        program.press(Role.BUTTON, "Close")
+        program.wait_for_exit()
+    story.judge(Outcome(**{
+        "arguments": [*SILENTLY, *["/DELRESOURCE"] * with_resources],
+        "events": [events.POP_UP, events.feedback("UninstallContinue", "62"),
+                   events.reconfirm("Remove", delete_all=str(int(with_resources))), *last_events],
+        **expected}))
+
+
+def order_uninstaller(story, **orders):
+    """Puts the sample uninstaller, which can be told to fail, in the place of the setup's."""
+    folder = story.product_folder()
+    shutil.copy(story.sample_program("sample-uninstaller"), os.path.join(folder, "unins000.exe"))
+    record = story.name_to_program(story.path("Received/uninstaller.txt"))
+    with open(os.path.join(folder, "unins000.dat"), "w", encoding="utf-8") as file:
+        for key, value in {**orders, "record": record}.items():
+            file.write(f"{key}={value}\n")
+
+
+@listed
+def failure_by_exit_code(story):
+    """The setup uninstaller ends with an exit code."""
+    order_uninstaller(story, delay=1000, exit=3)
+    remove(story, "Uninstall Failed", events.FAILED)
+
+
+@listed
+def failure_by_crash(story):
+    """The setup uninstaller crashes."""
+    order_uninstaller(story, delay=1000, end="crash")
+    remove(story, "Uninstall Failed", events.FAILED)
+
+
+@listed
+def failure_to_start(story):
+    """The setup uninstaller's file is no program."""
+    put_no_program(os.path.join(story.product_folder(), "unins000.exe"))
+    remove(story, "Uninstall Failed", events.FAILED, arguments=())
+
+
+def put_no_program(file):
+    with open(file, "w", encoding="ascii") as opened:
+        opened.write("This is no program.\n")
+
+
+@listed
+def held_enter(story):
+    """Enter is held and repeats: it presses one button, but not the one that has the keyboard
+    next."""
+    with story.start() as program:
+        program.press(Role.RADIO_BUTTON, FEATURE)
+        program.tab_to(Role.TEXT_FIELD, DETAILS)
+        with story.desktop.held("x"):
+            time.sleep(3)
+        program.tab_to(Role.BUTTON, "Continue")
+        with story.desktop.held("Return"):
+            program.wait_for_focus(Role.BUTTON, "Cancel")
+            time.sleep(3)
+            story.expect(program.find(Role.LABEL, QUESTION), "the question stays while it is held")
+        time.sleep(1)
+        story.expect(program.find(Role.LABEL, QUESTION), "and when it is released")
+        story.picture("question")
+        story.desktop.press_keys("Return", title=CONFIRMATION)
+        program.wait_for_exit()
+    details = [properties["Msgdetail"] for _, action, properties in story.events()
+               if action == "UninstallContinue"][0]
+    story.expect(re.fullmatch("x{3,}", details), f"a held key was repeated: {details}")
+    story.judge(Outcome([events.POP_UP, events.feedback("UninstallContinue", "58", detail=details),
+                         events.reconfirm("Cancel")]))
 
 
 @listed

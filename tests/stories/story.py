@@ -22,7 +22,9 @@ STORIES = {}
 
 
 def story(play):
-    """Lists a function that plays a story under its name."""
+    """Lists a function that plays a story under its name: on the Windows program alone when its
+    module lies in tests/stories/windows, else on both builds. tests/stories/CMakeLists.txt makes
+    tests of what it decorates."""
     STORIES[play.__name__.replace("_", "-")] = play
     return play
 
@@ -66,6 +68,7 @@ class Story(abc.ABC):
     """What is the same on every platform. To be entered before it is played."""
 
     desktop_size = (1000, 680)
+    tells_of_connection = True  # whether the system tells the program that there is none
 
     def __init__(self, binaries, out, needs_service=False, setups=(), desktop_size=None):
         self.binaries = os.path.abspath(binaries)
@@ -115,10 +118,6 @@ class Story(abc.ABC):
         """Tells whether a running process has claimed the program's name."""
 
     @abc.abstractmethod
-    def product_folder(self):
-        pass
-
-    @abc.abstractmethod
     def arguments_received(self):
         """Those of the setup uninstaller."""
 
@@ -126,9 +125,16 @@ class Story(abc.ABC):
     def links(self):
         """Those that were opened in the browser."""
 
+    def say_offline(self):
+        """Has the system tell that there is no connection, where that is not what it sees."""
+
     def ask_to_close(self, title):
         """Closes a window as the window system's close key does."""
         self.desktop.press_keys("alt+F4", title=title)
+
+    def sample_program(self, name):
+        """The file of a built sample program."""
+        return os.path.join(self.binaries, name)
 
     def name_to_program(self, path):
         """What a file of the installation is called by its programs."""
@@ -175,6 +181,9 @@ class Story(abc.ABC):
     def path(self, relative):
         return os.path.join(self.root, relative)
 
+    def product_folder(self):
+        return self.path("Program Files/Norvane/Norvane Clipwright")
+
     @property
     def cache(self):
         return self.path("Temp/Norvane Clipwright Uninstaller/Configs")
@@ -195,6 +204,13 @@ class Story(abc.ABC):
         folder = self.product_folder()
         return sorted(os.path.relpath(os.path.join(parent, file), folder)
                       for parent, _, files in os.walk(folder) for file in files)
+
+    def order(self, relative, **orders):
+        """Gives orders to a sample program or library, in place of those of the same names."""
+        kept = [line for line in self.lines(relative) if line.partition("=")[0] not in orders]
+        with open(self.path(relative), "w", encoding="utf-8") as file:
+            for line in [*(f"{key}={value}" for key, value in orders.items()), *kept]:
+                file.write(line + "\n")
 
     def wait_for_file(self, file, seconds=PATIENCE):
         wait_until(lambda: os.path.exists(file), seconds, file)

@@ -12,6 +12,7 @@
 //                                      not, and then once more without its context
 //                     check_delay      milliseconds that a check takes
 //                     download_delay   milliseconds that each chunk takes
+//                     finish_when      file without which a download does not finish
 //                     never_return     "check" or "download": returns only after stop()
 //                     callback_thread  "own", a thread started for the download, or "caller"
 //
@@ -248,6 +249,11 @@ std::string copyPackage(const fs::path &package, const fs::path &target,
         const int percent = static_cast<int>(copied * 100 / size);
         if (percent != reported)
             progress(reported = percent);
+    }
+    const std::string awaited = Sample::value(orders, "finish_when");
+    while (!awaited.empty() && !fs::exists(fs::u8path(awaited))) {
+        if (!work.pause(std::chrono::milliseconds(100)))
+            return stoppedAnswer();
     }
     return out.flush() ? std::string() : copyFailedAnswer();
 }

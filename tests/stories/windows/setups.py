@@ -6,10 +6,9 @@ import os
 import subprocess
 
 from tests.kit.desktop import PATIENCE, wait_until
-from tests.kit.driver import Role
 from tests.kit.folders import ROOT
 from tests.stories import events, removal
-from tests.stories.story import Outcome, Story, effects, nothing, story as listed
+from tests.stories.story import Story, effects, nothing, story as listed
 
 HERE = os.path.join(ROOT, "tests", "stories", "windows")
 APPLICATION = "HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\{}_is1"
@@ -48,24 +47,6 @@ def installed_by(*setups):
     return mark
 
 
-def remove(story, shown_at_the_end, last_event, with_resources=False, **expected):
-    with story.start() as program:
-        program.press(Role.RADIO_BUTTON, removal.ONCE)
-        program.press(Role.BUTTON, "Continue")
-        if with_resources:
-            program.press(Role.CHECK_BOX, removal.RESOURCES)
-        program.press(Role.BUTTON, "Remove")
-        program.wait_for(Role.LABEL, shown_at_the_end)
-        story.picture("at-the-end")
-        program.press(Role.BUTTON, "Close")
-        program.wait_for_exit()
-    story.judge(Outcome(
-        arguments=[*removal.SILENTLY, *["/DELRESOURCE"] * with_resources],
-        events=[events.POP_UP, events.feedback("UninstallContinue", "62"),
-                events.reconfirm("Remove", delete_all=str(int(with_resources))), *last_event],
-        **expected))
-
-
 @contextlib.contextmanager
 def in_use(story, name):
     """For the length of a block, a Windows program writes into a file of the product."""
@@ -87,8 +68,8 @@ def is_registered(story, application):
 
 def removed_for_good(story, application, **expected):
     story.expect_equal(is_registered(story, application), (True, True), "it is registered")
-    remove(story, removal.SUCCESS, [events.COMPLETED, events.left("uninstallprocess")],
-           links=[removal.GOODBYE_PAGE], **expected)
+    removal.remove(story, removal.SUCCESS, events.COMPLETED, events.left("uninstallprocess"),
+                   links=[removal.GOODBYE_PAGE], **expected)
     story.expect_equal(is_registered(story, application), (False, False), "it no longer is")
     story.prefix.end_session()
     story.prefix.run("wineboot", "--restart")
@@ -125,4 +106,4 @@ def inno_setups_on_top_of_each_other(story):
 def inno_setup_with_a_file_in_use(story):
     """Its uninstaller fails while a file is in use; the wizard says so, and everything is kept."""
     with in_use(story, "ClipCore.dll"):
-        remove(story, "Uninstall Failed", [events.FAILED])
+        removal.remove(story, "Uninstall Failed", events.FAILED)

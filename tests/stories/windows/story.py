@@ -1,6 +1,6 @@
 """Stories on the Windows program under Wine: installed by a real setup, driven by mouse and
-keyboard where UI Automation tells that its objects are. The program is the one that ships, unless a
-story needs a service in place of the maker's hosts."""
+keyboard where UI Automation tells that its objects are. The program is the one of the zip that
+ships, unless a story needs a service in place of the maker's hosts."""
 
 import os
 import shutil
@@ -18,13 +18,15 @@ PRODUCT = "C:\\Program Files\\Norvane\\Norvane Clipwright"
 WIZARD = PRODUCT + "\\Uninstaller\\clipwright-uninstaller.exe"
 SANDBOX_WIZARD = PRODUCT + "\\Uninstaller\\clipwright-uninstaller-sandbox.exe"
 PRODUCT_DATA = "C:\\ProgramData\\Norvane Clipwright"
-UPDATE = "C:\\Program Files\\Norvane\\Norvane Clipwright Update\\Norvane Clipwright Update"
+UPDATE_ORDERS = ("Program Files/Norvane/Norvane Clipwright Update/"
+                 "Norvane Clipwright Update.txt")
 FEED = "C:\\Feed"
 UPDATE_MILLISECONDS = 2000
 
 
 class WindowsStory(Story):
     desktop_size = (1600, 1100)  # room for the window at a scale of two
+    tells_of_connection = False  # Wine says that there always is one
     _wizard = WIZARD
 
     def prepare(self, resources):
@@ -36,6 +38,7 @@ class WindowsStory(Story):
         self.root = os.path.dirname(self.prefix.variable("TEMP"))
         profile = self.prefix.variable("USERPROFILE")
         self._folders = {"Feed": self.prefix.path(FEED),
+                         "Program Files": self.prefix.path("C:\\Program Files"),
                          "ProgramData": os.path.dirname(self.prefix.path(PRODUCT_DATA)),
                          "Received": os.path.join(profile, "Received")}
         self._offer_upgrade()
@@ -52,10 +55,8 @@ class WindowsStory(Story):
         if self.prefix.run(os.path.join(self.binaries, "make-sandbox.exe"), "--feed", FEED) != 0:
             raise OSError("cannot write the feed")
         os.makedirs(self.path("Received"))
-        record = self.name_to_program(self.path("Received/update-installer.txt"))
-        with open(self.prefix.path(UPDATE) + ".txt", "w", encoding="utf-8") as orders:
-            orders.write(f"delay={UPDATE_MILLISECONDS}\nrecord={record}\n"
-                         f"ini={PRODUCT_DATA}\\Clipwright.ini\n")
+        self.order(UPDATE_ORDERS, delay=UPDATE_MILLISECONDS, ini=PRODUCT_DATA + "\\Clipwright.ini",
+                   record=self.name_to_program(self.path("Received/update-installer.txt")))
 
     def _catch_links(self):
         self._links = os.path.join(self.out, "links.txt")
@@ -84,12 +85,12 @@ class WindowsStory(Story):
         probe = os.path.join(self.binaries, "mutex-probe.exe")
         return self.prefix.output(probe, MUTEX) == "held"
 
-    def product_folder(self):
-        return self.prefix.path(PRODUCT)
-
     def path(self, relative):
         first, _, rest = relative.partition("/")
         return os.path.join(self._folders.get(first, os.path.join(self.root, first)), rest)
+
+    def sample_program(self, name):
+        return super().sample_program(name) + ".exe"
 
     def name_to_program(self, path):
         return self.prefix.windows_path(path)
