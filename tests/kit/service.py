@@ -138,8 +138,8 @@ class Service:
 
         os.makedirs(self.authority_folder)
         openssl("req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "2", "-subj",
-                "/CN=Sandbox authority", "-keyout", "authority.key", "-out",
-                "authority/authority.pem")
+                "/CN=Sandbox authority", "-addext", "keyUsage=critical,keyCertSign", "-keyout",
+                "authority.key", "-out", "authority/authority.pem")
         openssl("rehash", "authority")
         # Some read the files by their names' hashes, others one file of that name.
         shutil.copyfile(os.path.join(self.authority_folder, "authority.pem"),
@@ -147,7 +147,8 @@ class Service:
         openssl("req", "-newkey", "rsa:2048", "-nodes", "-subj", f"/CN={self._certificate_for}",
                 "-keyout", "server.key", "-out", "server.csr")
         with open(os.path.join(self._folder, "names"), "w", encoding="ascii") as file:
-            file.write(f"subjectAltName=DNS:{self._certificate_for}\n")
+            file.write(f"subjectAltName=DNS:{self._certificate_for}\n"
+                       "authorityKeyIdentifier=keyid\n")
         openssl("x509", "-req", "-in", "server.csr", "-CA", "authority/authority.pem", "-CAkey",
                 "authority.key", "-CAcreateserial", "-days", "2", "-extfile", "names", "-out",
                 "server.pem")
