@@ -22,6 +22,29 @@ target_compile_definitions(clipwright_flags INTERFACE
   QT_NO_FOREACH
   QT_USE_QSTRINGBUILDER)
 
+# By its own script GNU's linker keeps the unwind data of each function and, because these point to
+# them, all functions: nothing is left out. Without that they go, and their entries in the table of
+# functions stay as empty ranges. What only unwind data of functions that stay point to is named
+# instead: the personalities, the handler of the C runtime and the types in catch clauses.
+if(MINGW AND CMAKE_CROSSCOMPILING)
+  execute_process(COMMAND ${CMAKE_LINKER} --verbose
+    OUTPUT_VARIABLE sections COMMAND_ERROR_IS_FATAL ANY)
+  string(REGEX REPLACE "^.*\n=+\n(.*)\n=+\n.*$" "\\1" sections "${sections}")
+  foreach(change IN ITEMS "KEEP(*(.pdata*))/*(.pdata*)" "KEEP(*(.xdata*))/*(.xdata*)"
+      "*(SORT(.data$*))/KEEP(*(.data$.LDFCM*)) *(SORT(.data$*))")
+    string(REGEX MATCH "^(.*)/(.*)$" change "${change}")
+    string(FIND "${sections}" "${CMAKE_MATCH_1}" found)
+    if(found EQUAL -1)
+      message(FATAL_ERROR "The linker's script has no \"${CMAKE_MATCH_1}\"")
+    endif()
+    string(REPLACE "${CMAKE_MATCH_1}" "${CMAKE_MATCH_2}" sections "${sections}")
+  endforeach()
+  file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/sections.ld @ONLY CONTENT
+    "EXTERN(__gxx_personality_seh0 __C_specific_handler _gnu_exception_handler)\n@sections@")
+  target_link_options(clipwright_flags INTERFACE
+    $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:LINKER:-T,${PROJECT_BINARY_DIR}/sections.ld>)
+endif()
+
 if(CLIPWRIGHT_SANITIZE)
   target_compile_options(clipwright_flags INTERFACE
     -fsanitize=${CLIPWRIGHT_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)

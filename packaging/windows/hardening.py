@@ -4,6 +4,7 @@
 Says what is missing and exits with 1 when anything is.
 """
 
+import struct
 import sys
 
 import pefile
@@ -20,6 +21,30 @@ GUARDS = {
 }
 
 
+def has_whole_function_table(image):
+    """Whether exceptions find each function, in order, and its handler. Functions that were left
+    out stand before all others as empty ranges."""
+    directory = image.OPTIONAL_HEADER.DATA_DIRECTORY[
+        pefile.DIRECTORY_ENTRY["IMAGE_DIRECTORY_ENTRY_EXCEPTION"]]
+    (text,) = [section for section in image.sections if section.Name.rstrip(b"\0") == b".text"]
+    code = range(text.VirtualAddress, text.VirtualAddress + text.Misc_VirtualSize + 1)
+    memory = image.get_memory_mapped_image()
+    last = 0
+    for start, end, unwind in struct.iter_unpack(
+            "<III", memory[directory.VirtualAddress:][:directory.Size]):
+        if start == end == last == 0:
+            continue
+        if start < last or start >= end or start not in code or end not in code:
+            return False
+        last = end
+        flags, codes = memory[unwind] >> 3, memory[unwind + 2]
+        if flags & 3:  # for exceptions, for the end
+            handler, = struct.unpack_from("<I", memory, unwind + 4 + 2 * (codes + codes % 2))
+            if handler not in code:
+                return False
+    return last > 0
+
+
 def lacks(program):
     """What a program lacks, one text each."""
     image = pefile.PE(program, fast_load=True)
@@ -28,6 +53,8 @@ def lacks(program):
         pefile.DIRECTORY_ENTRY["IMAGE_DIRECTORY_ENTRY_BASERELOC"]]
     if not relocations.Size or image.FILE_HEADER.IMAGE_FILE_RELOCS_STRIPPED:
         found.append("it cannot be moved: relocations are missing")
+    if not has_whole_function_table(image):
+        found.append("its table of functions, by which exceptions find handlers, is broken")
     for section in image.sections:
         if section.IMAGE_SCN_MEM_WRITE and section.IMAGE_SCN_MEM_EXECUTE:
             name = section.Name.rstrip(b"\0").decode()

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Makes dist/: the stripped program and its zip, debug symbols beside.
+"""Makes dist/: the stripped program and its zip, what relinks it and debug symbols beside.
 
 usage: package.py --build DIR --sysroot DIR --sources DIR [--out DIR]
 """
@@ -12,6 +12,7 @@ import shlex
 import shutil
 import subprocess
 import sys
+import tempfile
 import zipfile
 
 import hardening
@@ -138,6 +139,9 @@ def write_relinking(build, sysroot, target):
             copy = target / "objects" / f"{len(lines):03}-{pathlib.Path(word).name}"
             run(TOOL + "objcopy", "--strip-debug", build / word, copy)
             lines.append(shlex.quote(f"objects/{copy.name}"))
+        elif word.startswith("-Wl,-T,"):
+            shutil.copyfile(word.removeprefix("-Wl,-T,"), target / "sections.ld")
+            lines.append("-Wl,-T,sections.ld")
         elif "--out-implib" not in word:
             lines.append(shlex.quote(word))
     if str(sysroot) in "".join(lines):
@@ -184,8 +188,11 @@ def make(build, sysroot, sources, out):
     parts = third_party.load(sources)
     copy_licences(sysroot, parts, folder / "licences")
     write_versions(sysroot, parts, folder / "licences/versions.txt")
-    write_relinking(build, sysroot, folder / "relink")
     write_zip(folder, out / (name + ".zip"))
+    with tempfile.TemporaryDirectory() as temporary:
+        relinking = pathlib.Path(temporary) / (name + "-relink")
+        write_relinking(build, sysroot, relinking)
+        write_zip(relinking, out / (relinking.name + ".zip"))
     return folder
 
 

@@ -49,6 +49,26 @@ class Hardening(unittest.TestCase):
 
         self.assertIn("relocations", self.weakened(remove))
 
+    def test_function_table(self):
+        def table(image):
+            return image.OPTIONAL_HEADER.DATA_DIRECTORY[3]
+
+        def empty_the_last(image):
+            image.set_bytes_at_rva(table(image).VirtualAddress + table(image).Size - 12, bytes(8))
+
+        def take_a_handler(image):
+            data = image.get_memory_mapped_image()
+            first = table(image).VirtualAddress
+            for entry in range(first, first + table(image).Size, 12):
+                unwind = int.from_bytes(data[entry + 8:entry + 12], "little")
+                if data[entry:entry + 8] != bytes(8) and data[unwind] >> 3 & 3:
+                    codes = data[unwind + 2]
+                    image.set_bytes_at_rva(unwind + 4 + 2 * (codes + codes % 2), bytes(4))
+                    return
+
+        for weaken in (empty_the_last, take_a_handler):
+            self.assertIn("table of functions", self.weakened(weaken))
+
     def test_sections(self):
         def make_writable(image):
             image.sections[0].Characteristics |= pefile.SECTION_CHARACTERISTICS[
