@@ -1,6 +1,7 @@
 ﻿; A setup of the sample product for runs of the wizard on Windows, made with Inno Setup:
 ;
-;   ISCC.exe /DPROGRAMS=<folder with the built programs> /DAPP=<its id> /O<folder> /F<name> setup.iss
+;   ISCC.exe /DPROGRAMS=<folder with the built programs> /DSHIPPED=<folder of the unpacked zip>
+;     /DAPP=<its id> /O<folder> /F<name> setup.iss
 ;
 ; Setups with different ids, installed over each other, leave uninstallers with different numbers.
 ; The uninstaller notes its parameters in Received\uninstaller.txt of the profile, fails while
@@ -28,9 +29,9 @@ Name: "{app}\Effects\Titles"; Flags: uninsneveruninstall
 
 [Files]
 Source: "{#PROGRAMS}\sample-program.exe"; DestDir: "{app}"; DestName: "Norvane Clipwright X.exe"
-Source: "{#PROGRAMS}\clipwright-uninstaller.exe"; DestDir: "{app}\Uninstaller"; Flags: ignoreversion uninsrestartdelete
-Source: "{#PROGRAMS}\data_api.dll"; DestDir: "{app}\Uninstaller"; Flags: ignoreversion uninsrestartdelete
-Source: "{#PROGRAMS}\nvUpgrade.dll"; DestDir: "{app}\Uninstaller"; Flags: ignoreversion uninsrestartdelete
+Source: "{#SHIPPED}\clipwright-uninstaller.exe"; DestDir: "{app}\Uninstaller"; Flags: ignoreversion uninsrestartdelete
+Source: "{#SHIPPED}\stand-ins\data_api.dll"; DestDir: "{app}\Uninstaller"; Flags: ignoreversion uninsrestartdelete
+Source: "{#SHIPPED}\stand-ins\nvUpgrade.dll"; DestDir: "{app}\Uninstaller"; Flags: ignoreversion uninsrestartdelete
 Source: "{#PROGRAMS}\sample-update-installer.exe"; DestDir: "{app} Update"; DestName: "Norvane Clipwright Update.exe"; Flags: uninsneveruninstall
 Source: "{#SourcePath}\setup.iss"; DestDir: "{app}"; DestName: "ClipCore.dll"
 Source: "{#SourcePath}\setup.iss"; DestDir: "{app}\Languages"; DestName: "日本語.lng"

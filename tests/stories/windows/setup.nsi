@@ -1,6 +1,7 @@
 ﻿; A setup of the sample product for runs of the wizard on Windows, made with NSIS:
 ;
-;   makensis -DOUTPUT=setup.exe -DPROGRAMS=<folder with the built programs> setup.nsi
+;   makensis -DOUTPUT=setup.exe -DPROGRAMS=<folder with the built programs>
+;     -DSHIPPED=<folder of the unpacked zip> setup.nsi
 ;
 ; It leaves what the wizard looks for: files, registry values, ini files, and a silent uninstaller
 ; under the name that another maker of setups gives it, with a .dat beside. The uninstaller takes
@@ -37,9 +38,9 @@ Section
   !insertmacro SampleFile "Effects\Golden Hour.ncfx"
 
   SetOutPath "$INSTDIR\Uninstaller"
-  File "${PROGRAMS}/clipwright-uninstaller.exe"
-  File "${PROGRAMS}/data_api.dll"
-  File "${PROGRAMS}/nvUpgrade.dll"
+  File "${SHIPPED}/clipwright-uninstaller.exe"
+  File "${SHIPPED}/stand-ins/data_api.dll"
+  File "${SHIPPED}/stand-ins/nvUpgrade.dll"
 
   SetOutPath "$PROGRAMFILES64\Norvane\Norvane Clipwright Update"
   File "/oname=Norvane Clipwright Update.exe" "${PROGRAMS}/sample-update-installer.exe"

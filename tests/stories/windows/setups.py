@@ -2,8 +2,10 @@
 uninstallers do when the wizard starts them."""
 
 import contextlib
+import glob
 import os
 import subprocess
+import zipfile
 
 from tests.kit.desktop import PATIENCE, wait_until
 from tests.kit.folders import ROOT
@@ -15,10 +17,19 @@ APPLICATION = "HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\{}
 MENU = "C:\\ProgramData\\Microsoft\\Windows\\Start Menu\\Programs\\Norvane Clipwright"
 
 
+def shipped(story):
+    """The folder of the program as it ships, unpacked from its zip."""
+    archive, = glob.glob(os.path.join(os.path.dirname(story.binaries), "zip", "*-x86_64.zip"))
+    with zipfile.ZipFile(archive) as opened:
+        opened.extractall(story.prefix.path("C:\\"), (
+            name for name in opened.namelist() if name.endswith((".exe", ".dll"))))
+    return story.prefix.path("C:\\" + os.path.basename(archive).removesuffix(".zip"))
+
+
 def nsis(story):
     setup = os.path.join(story.out, "Clipwright sample.exe")
     subprocess.run(["makensis", "-V2", "-WX", f"-DOUTPUT={setup}", f"-DPROGRAMS={story.binaries}",
-                    os.path.join(HERE, "setup.nsi")], check=True)
+                    f"-DSHIPPED={shipped(story)}", os.path.join(HERE, "setup.nsi")], check=True)
     if story.prefix.run(setup) != 0:
         raise OSError("the setup failed")
 
@@ -31,8 +42,8 @@ def inno(application):
         windows = story.prefix.windows_path
         made = story.prefix.output(
             os.path.join(compiler, "ISCC.exe"), "/Q", f"/DPROGRAMS={windows(story.binaries)}",
-            f"/DAPP={application}", f"/O{windows(story.out)}", f"/F{application}",
-            windows(os.path.join(HERE, "setup.iss")))
+            f"/DSHIPPED={windows(shipped(story))}", f"/DAPP={application}",
+            f"/O{windows(story.out)}", f"/F{application}", windows(os.path.join(HERE, "setup.iss")))
         setup = os.path.join(story.out, application + ".exe")
         if story.prefix.run(setup, "/VERYSILENT", "/SUPPRESSMSGBOXES") != 0:
             raise OSError(f"the setup failed: {made}")
