@@ -84,7 +84,9 @@ def upgrade_cancelled(story):
         story.picture("downloaded")
         program.press(Role.BUTTON, "Cancel")
         program.wait_for_exit()
-    story.expect_equal(library_calls(story), ["check_upgrade_c", "download_package_c", "stop"],
+    # At the end it is told to stop, if its thread comes to that.
+    story.expect_equal([call for call in library_calls(story) if call != "stop"],
+                       ["check_upgrade_c", "download_package_c"],
                        "the library was asked once, and downloaded once")
     story.expect_equal(story.lines("Received/update-installer.txt"), [],
                        "the update installer was not started")
