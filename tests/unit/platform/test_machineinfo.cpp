@@ -1,8 +1,14 @@
 #include "platform/machineinfo.h"
 #include "tests/support/testcase.h"
 
+#include <QtCore/QDir>
 #include <QtCore/QRegularExpression>
+#include <QtCore/QSysInfo>
 #include <QtTest/QTest>
+
+const bool isUnix = QDir::separator() == QLatin1Char('/');
+// Before anything asks for the system's locale, which is read once.
+[[maybe_unused]] const bool isGerman = qputenv("LC_ALL", "de_DE.UTF-8");
 
 class TestMachineInfo : public TestCase
 {
@@ -42,12 +48,16 @@ void TestMachineInfo::versionIsMajorAndMinor()
 {
     const QRegularExpression twoNumbers(QStringLiteral("\\A\\d+\\.\\d+\\z"));
     QVERIFY2(twoNumbers.match(Platform::osVersion()).hasMatch(), qPrintable(Platform::osVersion()));
+    if (isUnix)
+        QVERIFY(QSysInfo::kernelVersion().startsWith(Platform::osVersion() + QLatin1Char('.')));
 }
 
 void TestMachineInfo::languageIsAnAbbreviation()
 {
     const QRegularExpression letters(QStringLiteral("\\A[A-Z]{2,3}\\z"));
     QVERIFY(letters.match(Platform::systemLanguageAbbrev()).hasMatch());
+    if (isUnix)
+        QCOMPARE(Platform::systemLanguageAbbrev(), QStringLiteral("DE"));
 }
 
 QTEST_APPLESS_MAIN(TestMachineInfo)

@@ -262,6 +262,9 @@ void TestPicture::hiddenTextCounts_data()
     QTest::newRow("international text") << chunk("iTXt", packed) << qint64(8 * 9005);
     QTest::newRow("packed international text")
         << chunk("iTXt", QByteArray("key\0\1", 5) + QByteArray(9000, 'x')) << qint64(8 * 8000000);
+    QTest::newRow("international text whose keyword is too long")
+        << chunk("iTXt", QByteArray(81, 'k') + QByteArray("\0\1", 2) + QByteArray(9000, 'x'))
+        << qint64(8 * 8000000);
     QTest::newRow("a little of it") << chunk("zTXt", packed.left(100)) << qint64(8 * 100 * 1032);
     QTest::newRow("colour profile") << chunk("iCCP", packed) << qint64(8000000);
     QTest::newRow("hundred times")
@@ -291,6 +294,8 @@ void TestPicture::tooLargePictureIsNotShown()
     QVERIFY(!isShown(png(40000, 8000, QImage::Format_Mono))); // a few kilobytes of file
     QVERIFY(!isShown(png(2400, 2400, QImage::Format_Mono)));
     QVERIFY(!isShown(png(8, 700000, QImage::Format_Mono)));
+    // Bytes that would be none, were they counted in 64 bits.
+    QVERIFY(!isShown(png(8, 8).replace(16, 8, QByteArray::fromHex("8000000080000000"))));
     QVERIFY(isShown(png(2360, 2360, QImage::Format_Mono)));
     QVERIFY(isShown(png(816, 1440)));
     QVERIFY(!isShown(pngWith(chunk("zTXt", QByteArray(9000, 'x')).repeated(2))));
