@@ -15,6 +15,7 @@ InstallDir "$PROGRAMFILES64\Norvane\Norvane Clipwright"
 RequestExecutionLevel admin
 SilentInstall silent
 SilentUnInstall silent
+SetCompress off ; it is made for one run
 
 !include FileFunc.nsh
 
