@@ -14,7 +14,7 @@ from tests.stories.story import STORIES, Skipped
 
 from tests.stories import (languages, network, pages, removal,  # noqa: F401: they list stories
                            upgrade)
-from tests.stories.windows import scale, session, setups  # noqa: F401
+from tests.stories.windows import contrast, scale, session, setups  # noqa: F401
 
 SKIPPED = 77  # as CTest is told
 AT_ONCE = 3  # most of a story is waiting

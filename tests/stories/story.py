@@ -174,7 +174,9 @@ class Story(abc.ABC):
     def picture(self, name):
         self._pictures += 1
         time.sleep(0.3)  # the compositor shows the last change a little later
-        self.desktop.save_picture(os.path.join(self.out, f"{self._pictures:02}-{name}.png"))
+        file = os.path.join(self.out, f"{self._pictures:02}-{name}.png")
+        self.desktop.save_picture(file)
+        return file
 
     # What the program did
 

@@ -28,6 +28,7 @@ class WindowsStory(Story):
     desktop_size = (1600, 1100)  # room for the window at a scale of two
     tells_of_connection = False  # Wine says that there always is one
     _wizard = WIZARD
+    starter = ()  # a Windows program that starts it
 
     def prepare(self, resources):
         self.prefix = resources.enter_context(Prefix(os.path.join(self.out, "prefix"),
@@ -67,7 +68,8 @@ class WindowsStory(Story):
     def launch(self, wrap):
         if wrap:  # it may change what Wine takes over from the system once in a session
             self.prefix.end_session()
-        return UiAutomationDriver(self.desktop, self.prefix, [*wrap, "wine", self._wizard],
+        command = [*wrap, "wine", *self.starter, self._wizard]
+        return UiAutomationDriver(self.desktop, self.prefix, command,
                                   os.path.join(self.binaries, "uia-reader.exe"),
                                   os.path.join(self.out, "program.log"))
 
@@ -118,4 +120,4 @@ class WindowsStory(Story):
 
     def picture(self, name):
         time.sleep(1)  # Wine shows a window before it has painted it
-        super().picture(name)
+        return super().picture(name)
