@@ -59,3 +59,10 @@ if(CLIPWRIGHT_COVERAGE)
   target_compile_options(clipwright_flags INTERFACE --coverage -fprofile-update=atomic)
   target_link_options(clipwright_flags INTERFACE --coverage)
 endif()
+
+# Gives what ships a build-id, by which its debug symbols are found.
+function(clipwright_build_id target)
+  if(MINGW)
+    target_link_options(${target} PRIVATE -Wl,--build-id)
+  endif()
+endfunction()

@@ -1,6 +1,6 @@
 // In place of the maker's analytics library: hangs when it is detached, as one does whose thread
 // was ended while it held a lock; and, where the environment variable HANG_IN_STOP is set, in
-// data_stop().
+// data_stop(). Where CRASH_IN_INIT is set, data_init() crashes.
 
 #include "data_api.h"
 
@@ -15,10 +15,17 @@ void hang()
         Sleep(1000);
 }
 
+[[gnu::noinline]] void crashDeliberately(volatile int *address)
+{
+    *address = 1;
+}
+
 } // namespace
 
 int data_init(const char * /*folder*/, const char * /*company*/)
 {
+    if (std::getenv("CRASH_IN_INIT"))
+        crashDeliberately(nullptr);
     return 0;
 }
 
