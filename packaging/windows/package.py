@@ -63,6 +63,10 @@ def check_imports(program, allowed):
         sys.exit(f"{program.name}: not allowed are {', '.join(beyond)}")
 
 
+def name_of(build):
+    return f"clipwright-uninstaller-{version_of(build)}-windows-x86_64"
+
+
 def linked_archives(build):
     """Our libraries, Qt's and jsoncpp."""
     words = shlex.split(link_command(build))
@@ -90,11 +94,18 @@ def check_protection(program, build):
         sys.exit(f"{program.name}: " + "; ".join(found))
 
 
+def build_id(program):
+    found = re.search(r"RSDS signature ([0-9a-f]{32})", run(TOOL + "objdump", "-p", program))
+    return found and found.group(1)
+
+
 def strip(source, target, symbols):
     """Copies a program without its debug symbols, which go to a file of their own."""
     symbol_file = symbols / (source.name + ".debug")
     run(TOOL + "objcopy", "--only-keep-debug", source, symbol_file)
     run(TOOL + "objcopy", "--strip-all", f"--add-gnu-debuglink={symbol_file}", source, target)
+    if not build_id(target) or build_id(target) != build_id(symbol_file):
+        sys.exit(f"{target.name}: its debug symbols cannot be found by a build-id")
 
 
 def copy_licences(sysroot, parts, target):
@@ -167,7 +178,7 @@ def write_zip(folder, file):
 
 def make(build, sysroot, sources, out):
     """Gives the folder whose zip lies beside it."""
-    name = f"clipwright-uninstaller-{version_of(build)}-windows-x86_64"
+    name = name_of(build)
     shutil.rmtree(out, ignore_errors=True)
     folder, symbols = out / name, out / (name + "-symbols")
     (folder / "stand-ins").mkdir(parents=True)

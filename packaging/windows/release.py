@@ -1,5 +1,6 @@
 #!/usr/bin/python3
-"""Makes dist/ as it is released: packed, signed, stamped, verified, with checksums.
+"""Makes of what `package.py` left in dist/ what is released: signed, stamped, verified and packed,
+with a bill of materials and checksums.
 
 usage: release.py --build DIR --sysroot DIR --sources DIR [--out DIR] [options of `signing.py sign`]
 
@@ -9,6 +10,7 @@ Without a certificate it makes an authority of its own and says so in the names 
 import argparse
 import contextlib
 import hashlib
+import pathlib
 import shutil
 import sys
 import tempfile
@@ -49,6 +51,13 @@ def sign(folder, options):
     return target
 
 
+def copy_sources(sources, target):
+    """What the LGPL asks for with a static Qt: its sources, and the scripts that build it."""
+    shutil.copytree(sources / "packages", target)
+    shutil.copytree(pathlib.Path(__file__).resolve().parent, target / "packaging",
+                    ignore=shutil.ignore_patterns("__pycache__", "zip"))
+
+
 def write_checksums(out, unpacked):
     """Of everything but the folder that the zip holds."""
     files = sorted(path.relative_to(out) for path in out.rglob("*")
@@ -64,13 +73,14 @@ def main():
     options = package.parse(parser)
     if options.certificate:
         signing.check_signing_options(parser, options)
-    folder = package.make(options.build, options.sysroot, options.sources, options.out)
+    folder = options.out / package.name_of(options.build)
     try:
         sign(folder, options)
     except signing.Refused as error:
         sys.exit(str(error))
     bom.write(bom.make(options.build, options.sysroot, options.sources, folder),
               folder.with_name(folder.name + ".cdx.json"))
+    copy_sources(options.sources, folder.with_name(folder.name + "-sources"))
     write_checksums(options.out, folder)
     print((options.out / "SHA256SUMS").read_text(encoding="utf-8"), end="")
 

@@ -12,9 +12,16 @@ import tempfile
 import unittest
 
 import bom
+import package
 import throwaway
 
+from tests.elevated.wineprogram import WineProgram
+from tests.kit.desktop import PATIENCE, wait_until
+
 PACKAGING = pathlib.Path("packaging/windows").resolve()
+TITLE = "Norvane Clipwright Uninstaller"
+AE_DEBUG = r"HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug"
+WRITE_DUMP = r"winedbg --minidump C:\crash.dmp %ld %ld"
 SOFT_TOKEN = "/usr/lib/softhsm/libsofthsm2.so"
 
 
@@ -31,10 +38,11 @@ class Release(unittest.TestCase):
         done, text = run(PACKAGING / "sources", SYSROOT)
         cls.sources = pathlib.Path(text.splitlines()[-1])
         cls.out = BUILD / "release"
-        done, text = run(PACKAGING / "release.py", "--build", BUILD, "--sysroot", SYSROOT,
-                         "--sources", cls.sources, "--out", cls.out)
-        if not done:
-            raise AssertionError(text)
+        for script in ("package.py", "release.py"):
+            done, text = run(sys.executable, PACKAGING / script, "--build", BUILD,
+                             "--sysroot", SYSROOT, "--sources", cls.sources, "--out", cls.out)
+            if not done:
+                raise AssertionError(text)
         (cls.folder,) = [path for path in cls.out.glob("*-x86_64") if path.is_dir()]
         cls.program = cls.folder / "clipwright-uninstaller.exe"
         cls.authority = cls.out / (cls.folder.name + "-throwaway-authority.pem")
@@ -57,6 +65,55 @@ class Release(unittest.TestCase):
             done, text = self.verify(unpacked / name)
             self.assertTrue(done, text)
             self.assertIn("also after the certificate's end", text)
+
+    def test_it_can_be_linked_again_and_starts(self):
+        relinking = self.temporary / (self.folder.name + "-relink")
+        shutil.unpack_archive(self.out / (relinking.name + ".zip"), self.temporary)
+        done, text = run("sh", "link.sh", cwd=relinking, env=dict(os.environ, SYSROOT=str(SYSROOT)))
+        self.assertTrue(done, text)
+        for library in (self.folder / "stand-ins").glob("*.dll"):
+            shutil.copy(library, relinking)
+        with WineProgram(relinking, self.out / "relinked") as program:
+            process = program.start()
+            wait_until(lambda: program.desktop.windows(TITLE), PATIENCE, "the window")
+            program.prefix.run("taskkill", "/im", self.program.name)
+            self.assertEqual(process.wait(timeout=PATIENCE), 0)
+
+    def test_a_crash_is_read_by_functions_and_lines(self):
+        released, symbols, made = (self.temporary / name for name in ("bin", "symbols", "made"))
+        for folder in (released, symbols, made):
+            folder.mkdir()
+        package.strip(BUILD / "bin" / self.program.name, released / self.program.name, symbols)
+        shutil.copy(BUILD / "bin/nvUpgrade.dll", released)
+        shutil.copy(BUILD / "bin/hanging-data-api.dll", made / "data_api.dll")
+        package.strip(made / "data_api.dll", released / "data_api.dll", symbols)
+        shutil.rmtree(made)
+        dump = self.temporary / "crash.dmp"
+        with WineProgram(released, self.out / "crashed") as program:
+            for value, data in {"Debugger": WRITE_DUMP, "Auto": "1"}.items():
+                program.prefix.set_registry(AE_DEBUG, value, "REG_SZ", data)
+            process = program.start(CRASH_IN_INIT="1")
+            self.assertNotEqual(process.wait(timeout=4 * PATIENCE), 0)
+            shutil.copy(program.prefix.path("C:\\crash.dmp"), dump)
+        done, text = run(PACKAGING / "symbolize.py", dump, self.temporary)
+        self.assertTrue(done, text)
+        frames = [line for line in text.splitlines() if line.startswith("    #")]
+        for frame, function, place in zip(frames, (
+                "crashDeliberately", "data_init", "initAnalytics"), (
+                r"hanging_data_api\.cpp:\d+", r"hanging_data_api\.cpp:\d+", r"session\.cpp:\d+")):
+            self.assertRegex(frame, function + ".* at .*" + place, text)
+        # Without the symbols of that build-id there are addresses alone.
+        (symbols / "data_api.dll.debug").unlink()
+        _, text = run(PACKAGING / "symbolize.py", dump, self.temporary)
+        self.assertNotIn("hanging_data_api.cpp", text)
+
+    def test_sources_lie_beside_the_zip(self):
+        sources = self.out / (self.folder.name + "-sources")
+        built_from = (SYSROOT / "share/sources.txt").read_text(encoding="ascii")
+        done, text = run("sha256sum", "--check", "--strict", "-", cwd=sources, input=built_from)
+        self.assertTrue(done, text)
+        self.assertIn("qtbase-opensource-src_", text)
+        self.assertTrue((sources / "packaging/sysroot").is_file())
 
     def test_one_changed_byte_is_refused(self):
         content = bytearray(self.program.read_bytes())
