@@ -286,7 +286,9 @@ void TestConfigDownloader::skipsThePicturesWhenTheDocumentCannotBeWritten()
 {
     QFETCH(bool, isFolder);
     const QString fileName = Config::configFilePath();
-    if (!(isFolder ? QDir().mkpath(fileName) : Machine::makePipe(fileName)))
+    if (isFolder)
+        QVERIFY(QDir().mkpath(fileName));
+    else if (!Machine::makePipe(fileName))
         QSKIP("no pipe has a name of the file system here");
     serve(document(products(1)));
     QVERIFY(download());

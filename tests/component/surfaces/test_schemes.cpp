@@ -17,6 +17,20 @@
 #include <algorithm>
 
 // High-contrast schemes, and the mark of the focus.
+/// What every surface needs to be shown.
+struct EnglishInScheme
+{
+    explicit EnglishInScheme(const Platform::ContrastScheme &scheme)
+        : look(SystemLook::rules({}, scheme, true))
+    {
+    }
+
+    const Sandbox sandbox;
+    const LookApplied look;
+    const LinkCatcher links;
+    const InterfaceLanguage language{*sandbox.operator->(), "ENG"_s};
+};
+
 class TestSchemes : public TestCase
 {
     Q_OBJECT
@@ -105,10 +119,7 @@ void TestSchemes::schemeColoursEveryText()
 {
     QFETCH(const QString, name);
     const Platform::ContrastScheme scheme = Gallery::contrastSchemes().value(name);
-    const Sandbox sandbox;
-    const LookApplied look(SystemLook::rules({}, scheme, true));
-    const LinkCatcher links;
-    const InterfaceLanguage language(*sandbox.operator->(), "ENG"_s);
+    const EnglishInScheme english(scheme);
     QStringList complaints;
     const QList<Gallery::Surface> surfaces = Gallery::surfaces();
     for (const Gallery::Surface &surface : surfaces) {
@@ -128,10 +139,7 @@ void TestSchemes::schemeColoursEveryBorder()
 {
     QFETCH(const QString, name);
     const Platform::ContrastScheme scheme = Gallery::contrastSchemes().value(name);
-    const Sandbox sandbox;
-    const LookApplied look(SystemLook::rules({}, scheme, true));
-    const LinkCatcher links;
-    const InterfaceLanguage language(*sandbox.operator->(), "ENG"_s);
+    const EnglishInScheme english(scheme);
     const QList<Gallery::Surface> surfaces = Gallery::surfaces();
     for (const Gallery::Surface &surface : surfaces) {
         const std::unique_ptr<QWidget> window = surface.show();

@@ -55,7 +55,10 @@ bool giveToAnotherUser(const QString &fileName)
 
 bool makePipe(const QString &fileName)
 {
-    return mkfifo(QFile::encodeName(fileName).constData(), S_IRUSR | S_IWUSR) == 0;
+    // A failure here would be named as another system's lack.
+    if (mkfifo(QFile::encodeName(fileName).constData(), S_IRUSR | S_IWUSR) != 0)
+        qFatal("No named pipe can be made: %s", qPrintable(fileName));
+    return true;
 }
 
 bool keepsKilledProgram(const QString & /*fileName*/)
