@@ -32,6 +32,8 @@ float computeScaleFactor()
 
 Outcome runApplication(int argc, char **argv)
 {
+    // Under X, Qt would load OpenGL with the first window, which takes more than half of the start.
+    QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
     QApplication application(argc, argv);
     Startup::beginSession();
 
