@@ -4,6 +4,7 @@ distribution's python3-xlib and xdotool."""
 import collections
 import contextlib
 import os
+import re
 import subprocess
 import threading
 import time
@@ -121,8 +122,10 @@ class Desktop:
         wait_until(lambda: not self._is_managed(probe.id), PATIENCE, "the window's end")
 
     def _start_compositor(self):
-        """Without one, a translucent window does not show what lies behind it."""
-        self.start(["picom", "--config", "/dev/null", "--backend", "xrender"])
+        """Without one, a translucent window does not show what lies behind it. It paints the whole
+        screen each time, because picom 12 leaves holes between two parts of a window that change at
+        once."""
+        self.start(["picom", "--config", "/dev/null", "--backend", "xrender", "--no-use-damage"])
         selection = self._display.intern_atom("_NET_WM_CM_S0")
         wait_until(lambda: self._display.get_selection_owner(selection), PATIENCE, "a compositor")
 
@@ -151,6 +154,14 @@ class Desktop:
     def save_picture(self, file):
         """Saves what the whole screen shows."""
         self.run("import", "-window", "root", file)
+
+    def colours(self, picture, place):
+        """The colours of a part of a picture, the commonest first."""
+        told = self.run("convert", picture, "-crop", "{2}x{3}+{0}+{1}".format(*place),
+                        "-depth", "8", "-format", "%c", "histogram:info:-")
+        found = re.findall(r"^ *(\d+): \((\d+),(\d+),(\d+)", told, re.MULTILINE)
+        return [tuple(map(int, colour))
+                for _, *colour in sorted(found, key=lambda line: -int(line[0]))]
 
     # Windows
 

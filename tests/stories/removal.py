@@ -5,7 +5,7 @@ import re
 import shutil
 import time
 
-from tests.kit.desktop import PATIENCE
+from tests.kit.desktop import PATIENCE, Place
 from tests.kit.driver import Role
 from tests.stories import events
 from tests.stories.story import (CONFIRMATION, MAIN, Outcome, effects, nothing, story as listed)
@@ -29,6 +29,13 @@ OFFER_PAGE = "https://www.norvane.example/clipwright/offer?pid=8461&m=uninstall"
 GOODBYE_PAGE = "https://www.norvane.example/clipwright/goodbye"
 
 
+def expect_whole_window(story, picture):
+    """The desktop behind the window is black, and shows at its rounded corners only."""
+    x, y, width, height = story.desktop.place(story.desktop.wait_for_window(MAIN))
+    inside = Place(x, y + 12, width, height - 24)
+    story.expect((0, 0, 0) not in story.desktop.colours(picture, inside), "the window has no holes")
+
+
 @listed
 def uninstall(story):
     """A whole uninstall: reasons looked at, an offer opened, removed, subscribed, products seen."""
@@ -49,8 +56,9 @@ def uninstall(story):
         program.press(Role.BUTTON, "Remove")
         program.wait_for(Role.LABEL, RUNNING)
         story.desktop.press_keys("alt+F4", "alt+F4", title=MAIN)  # which a run refuses
-        time.sleep(11)
-        story.picture("progress-near-half")
+        for part in "a-sixth", "a-third", "near-half":
+            time.sleep(3.5)
+            expect_whole_window(story, story.picture("progress-" + part))
         program.wait_for(Role.LABEL, SUCCESS)
         story.picture("success")
         program.type_into(Role.TEXT_FIELD, ADDRESS, "robin@mail")

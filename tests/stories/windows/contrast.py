@@ -1,7 +1,6 @@
 """A story of a user who has turned on a high-contrast scheme."""
 
 import os
-import re
 
 from tests.kit.driver import Role
 from tests.stories import events, removal
@@ -10,15 +9,6 @@ from tests.stories.story import MAIN, Outcome, story as listed
 GROUND, TEXT = (16, 24, 64), (255, 224, 96)  # of no style sheet
 SCHEME = {"Window": GROUND, "ButtonFace": GROUND, "WindowText": TEXT, "ButtonText": TEXT,
           "Hilight": TEXT, "HilightText": GROUND, "GrayText": (96, 255, 96)}
-
-
-def commonest_colours(story, picture, place):
-    """The colours of a part of a picture, the commonest first."""
-    told = story.desktop.run("convert", picture, "-crop", "{2}x{3}+{0}+{1}".format(*place),
-                             "-depth", "8", "-format", "%c", "histogram:info:-")
-    found = re.findall(r"^ *(\d+): \((\d+),(\d+),(\d+)", told, re.MULTILINE)
-    return [tuple(map(int, colour))
-            for _, *colour in sorted(found, key=lambda line: -int(line[0]))]
 
 
 @listed
@@ -34,7 +24,7 @@ def high_contrast(story):
         places = [program.place(program.wait_for(*text)) for text in texts]
         picture = story.picture(title)
         for (_, name), place in zip(texts, places):
-            colours = commonest_colours(story, picture, place)
+            colours = story.desktop.colours(picture, place)
             story.expect_equal(colours[:2], [GROUND, TEXT], f"the scheme's colours: {name}")
 
     with story.start() as program:
