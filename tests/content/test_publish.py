@@ -47,6 +47,11 @@ class Publish(unittest.TestCase):
         change(content)
         file.write_text(json.dumps(content), encoding="utf-8")
 
+    @staticmethod
+    def take_a_link(document):
+        for option, key in publish.pictures_of(document):
+            option.pop("banner_url", None)
+
     def links(self):
         content = json.loads((self.tree / "root" / DOCUMENT).read_text(encoding="utf-8"))
         return [entry[key] for entry, key in publish.pictures_of(content)]
@@ -86,7 +91,8 @@ class Publish(unittest.TestCase):
         for spoil, message in (
                 (lambda: (self.source / "option_58.png").unlink(), "option_58.png is missing"),
                 (lambda: self.change("de.cfg", lambda document: document.update(pid=1)),
-                 "pid must be 846")):
+                 "pid must be 846"),
+                (lambda: self.change("de.cfg", self.take_a_link), "banner_url is missing")):
             spoil()
             refused = self.publish()
             self.assertEqual(refused.returncode, 1)

@@ -48,7 +48,8 @@ def pictures_of(document):
 
 def check(source, documents):
     banners = {option["banner_url"] for document in documents.values()
-               for option, key in pictures_of(document) if key == "banner_url"}
+               for option, key in pictures_of(document)
+               if key == "banner_url" and isinstance(option.get(key), str)}
     command = [CHECK, *sources(source).values()]
     for banner in sorted(banners):
         command += ["--banner", picture_file(source, banner)]
