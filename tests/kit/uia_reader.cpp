@@ -1,5 +1,5 @@
-// uia-reader PORT PROGRAM: answers, over a connection to 127.0.0.1:PORT, what UI Automation tells
-// of the windows of a running program, which is named by its file. Runs until the other end closes.
+// uia-reader PROGRAM: answers on its standard output, when asked on its standard input, what UI
+// Automation tells of the windows of a running program, which is named by its file.
 //
 // A request is a line of JSON with
 //
@@ -12,7 +12,6 @@
 // The answer is a line of JSON: an array that holds what was found.
 
 // clang-format off
-#include <winsock2.h>
 #include <windows.h>
 #include <initguid.h>
 #include <ole2.h>
@@ -21,7 +20,10 @@
 
 #include "sandbox/standins/jsonline.h"
 
-#include <cstdlib>
+#include <cstdio>
+#include <fcntl.h>
+#include <io.h>
+#include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -227,39 +229,18 @@ Json::Value answer(const std::wstring &program, const Json::Value &request)
 
 int wmain(int argc, wchar_t **argv)
 {
-    if (argc != 3)
+    if (argc != 2)
         return 2;
     SetProcessDPIAware(); // else rectangles are those of a display of 96 dots per inch
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-    WSADATA data;
-    WSAStartup(MAKEWORD(2, 2), &data);
-    const SOCKET connection = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<u_short>(std::wcstoul(argv[1], nullptr, 10)));
-    if (connect(connection, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0)
-        return 1;
+    _setmode(_fileno(stdout), _O_BINARY);
 
     const std::unique_ptr<Json::CharReader> parser(Json::CharReaderBuilder().newCharReader());
-    std::string received;
-    char buffer[4096];
-    for (int count; (count = recv(connection, buffer, sizeof buffer, 0)) > 0;) {
-        received.append(buffer, static_cast<std::size_t>(count));
-        for (std::size_t end; (end = received.find('\n')) != std::string::npos;
-             received.erase(0, end + 1)) {
-            Json::Value request;
-            if (!parser->parse(received.data(), received.data() + end, &request, nullptr))
-                return 1;
-            const std::string line = jsonLine(answer(argv[2], request));
-            for (std::size_t sent = 0; sent < line.size();) {
-                const int part =
-                    send(connection, line.data() + sent, static_cast<int>(line.size() - sent), 0);
-                if (part <= 0)
-                    return 1;
-                sent += static_cast<std::size_t>(part);
-            }
-        }
+    for (std::string line; std::getline(std::cin, line);) {
+        Json::Value request;
+        if (!parser->parse(line.data(), line.data() + line.size(), &request, nullptr))
+            return 1;
+        std::cout << jsonLine(answer(argv[1], request)) << std::flush;
     }
     return 0;
 }

@@ -16,8 +16,7 @@ ROLES = {number: role for role, number in TYPES.items()}
 
 
 class UiAutomationDriver(Driver):
-    """Starts the program of a Wine prefix, and beside it the reader that uia_reader.cpp describes,
-    to ask it over a connection: Wine's services would inherit a pipe and hold it open."""
+    """Starts the program of a Wine prefix, and beside it the reader that uia_reader.cpp describes."""
 
     interval = 0.3  # each look keeps the program busy for as long
 
@@ -26,11 +25,11 @@ class UiAutomationDriver(Driver):
             super().__init__(desktop, desktop.start(command, env=prefix.environment,
                                                     stdout=output, stderr=output))
         program = command[-1].rpartition("\\")[2]
-        with socket.create_server(("127.0.0.1", 0)) as server:
-            server.settimeout(PATIENCE)
-            self._reader = desktop.start(
-                ["wine", reader, str(server.getsockname()[1]), program], env=prefix.environment)
-            self._connection = server.accept()[0]
+        # Not over the network, which the program may be kept from.
+        self._connection, other_end = socket.socketpair()
+        with other_end:
+            self._reader = desktop.start(["wine", reader, program], env=prefix.environment,
+                                         stdin=other_end, stdout=other_end)
         self._connection.settimeout(PATIENCE)
         self._answers = self._connection.makefile(encoding="utf-8")
 

@@ -37,7 +37,7 @@ class Prefix:
                                        env=self.environment, stdin=subprocess.PIPE,
                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self._guard.wait()
-        self._run_server("--persistent")  # else it and its services start with every program
+        self._start_server()
         return self
 
     def __exit__(self, *exception):
@@ -46,9 +46,15 @@ class Prefix:
         shutil.rmtree(self.folder, ignore_errors=True)
 
     def end_session(self):
-        """Ends every program; the next one starts a session anew."""
+        """Ends every program, and the services."""
         self._run_server("--kill")
         self._run_server("--wait")
+
+    def restart_session(self, wrap):
+        """Ends the session and starts one in which the services, who own the connections and tell
+        of the network, run under a command like the programs."""
+        self.end_session()
+        self._start_server(wrap)
 
     def run(self, *command, output=subprocess.DEVNULL):
         """Runs a program to its end and returns its exit code."""
@@ -88,6 +94,12 @@ class Prefix:
         relative = os.path.relpath(path, os.path.join(self.folder, "drive_c"))
         drive, rest = ("Z:", path) if relative.startswith(os.pardir) else ("C:", "/" + relative)
         return drive + rest.replace("/", "\\")
+
+    def _start_server(self, wrap=()):
+        """Starts the server and its services, which else would start with every program."""
+        subprocess.run([*wrap, "sh", "-c", "wineserver --persistent && wine cmd /c exit"],
+                       env=self.environment, check=True, stdin=subprocess.DEVNULL,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=60)
 
     def _run_server(self, option):
         subprocess.run(["wineserver", option], env=self.environment, check=False,

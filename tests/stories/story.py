@@ -68,7 +68,6 @@ class Story(abc.ABC):
     """What is the same on every platform. To be entered before it is played."""
 
     desktop_size = (1000, 680)
-    tells_of_connection = True  # whether the system tells the program that there is none
 
     def __init__(self, binaries, out, needs_service=False, setups=(), desktop_size=None):
         self.binaries = os.path.abspath(binaries)

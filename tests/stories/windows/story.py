@@ -26,7 +26,6 @@ UPDATE_MILLISECONDS = 2000
 
 class WindowsStory(Story):
     desktop_size = (1600, 1100)  # room for the window at a scale of two
-    tells_of_connection = False  # Wine says that there always is one
     _wizard = WIZARD
     starter = ()  # a Windows program that starts it
 
@@ -66,8 +65,8 @@ class WindowsStory(Story):
                                  os.path.join(browser, "xdg-open"))
 
     def launch(self, wrap):
-        if wrap:  # it may change what Wine takes over from the system once in a session
-            self.prefix.end_session()
+        if wrap:
+            self.prefix.restart_session(wrap)
         command = [*wrap, "wine", *self.starter, self._wizard]
         return UiAutomationDriver(self.desktop, self.prefix, command,
                                   os.path.join(self.binaries, "uia-reader.exe"),
