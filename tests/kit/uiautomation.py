@@ -16,7 +16,8 @@ ROLES = {number: role for role, number in TYPES.items()}
 
 
 class UiAutomationDriver(Driver):
-    """Starts the program of a Wine prefix, and beside it the reader that uia_reader.cpp describes."""
+    """Starts the program of a Wine prefix, and beside it the reader that uia_reader.cpp
+    describes."""
 
     interval = 0.3  # each look keeps the program busy for as long
 

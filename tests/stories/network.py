@@ -204,7 +204,8 @@ def offline(story):
     story.say_offline()
 
     def look(program):
-        story.expect(not program.find(Role.BUTTON, removal.MORE), f"{removal.MORE!r} is not offered")
+        offered = program.find(Role.BUTTON, removal.MORE)
+        story.expect(not offered, f"{removal.MORE!r} is not offered")
 
     removal.remove(story, removal.SUCCESS, events.COMPLETED, events.left("uninstallprocess"),
                    wrap=apart("--net"), at_the_end=look, links=[removal.GOODBYE_PAGE], requests=0,
