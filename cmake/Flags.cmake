@@ -22,6 +22,14 @@ target_compile_definitions(clipwright_flags INTERFACE
   QT_NO_FOREACH
   QT_USE_QSTRINGBUILDER)
 
+# What ships does not depend on the folders of its build. These options stay out of CMAKE_CXX_FLAGS,
+# which the command that links the program again repeats.
+if(MINGW AND CMAKE_CROSSCOMPILING)
+  foreach(mapped IN ITEMS "${CLIPWRIGHT_SYSROOT}=sysroot" "${PROJECT_SOURCE_DIR}=.")
+    add_compile_options("$<$<COMPILE_LANGUAGE:CXX>:-ffile-prefix-map=${mapped}>")
+  endforeach()
+endif()
+
 # By its own script GNU's linker keeps the unwind data of each function and, because these point to
 # them, all functions: nothing is left out. Without that they go, and their entries in the table of
 # functions stay as empty ranges. What only unwind data of functions that stay point to is named

@@ -19,10 +19,10 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 # Compiles the translation catalogues, and runs on this machine.
 file(GLOB Qt5LinguistTools_DIR /usr/lib/*/cmake/Qt5LinguistTools)
 
-# What ships depends on no compiler's library, and on neither the time nor the folder of its build.
-# Stacks and strings are protected as in the sysroot; functions that nothing calls are left out.
+# What ships depends on no compiler's library, and not on the time of its build. Stacks and strings
+# are protected as in the sysroot; functions that nothing calls are left out.
 string(JOIN " " CMAKE_CXX_FLAGS_INIT -fstack-protector-strong -D_FORTIFY_SOURCE=2
-  -ffunction-sections -fdata-sections "-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.")
+  -ffunction-sections -fdata-sections)
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static -Wl,--gc-sections -Wl,--no-insert-timestamp")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static -Wl,--gc-sections -Wl,--no-insert-timestamp")
 

@@ -13,6 +13,7 @@ import unittest
 
 import bom
 import package
+import reproduce
 import throwaway
 
 from tests.elevated.wineprogram import WineProgram
@@ -65,6 +66,21 @@ class Release(unittest.TestCase):
             done, text = self.verify(unpacked / name)
             self.assertTrue(done, text)
             self.assertIn("also after the certificate's end", text)
+
+    def test_two_builds_are_the_same_until_a_line_is_changed(self):
+        built = {}
+        for name, clock in reproduce.CLOCKS.items():
+            reproduce.copy_sources(self.temporary / name)
+            built[name] = reproduce.build(self.temporary / name, SYSROOT, ["data_api"], clock)
+        programs = [folder / "bin" for folder in built.values()]
+        self.assertTrue((programs[0] / "data_api.dll").is_file())
+        self.assertEqual(reproduce.differences(*programs), "")
+        changed = self.temporary / name / "sandbox/standins/data_api/data_api.cpp"
+        text = changed.read_text("utf-8").replace("return std::fflush(record) == 0 ? 0 : -1;",
+                                                  "return std::fflush(record) == 0 ? 0 : -2;")
+        changed.write_text(text, "utf-8")
+        reproduce.build(self.temporary / name, SYSROOT, ["data_api"], clock)
+        self.assertRegex(reproduce.differences(*programs), "^Files .*data_api.dll differ\n$")
 
     def test_it_can_be_linked_again_and_starts(self):
         relinking = self.temporary / (self.folder.name + "-relink")
