@@ -90,9 +90,12 @@ bool refuseThreads()
 {
     constexpr std::size_t tooLarge = std::size_t(1) << 46; // of a stack
     pthread_attr_t attributes;
-    return pthread_attr_init(&attributes) == 0 &&
-           pthread_attr_setstacksize(&attributes, tooLarge) == 0 &&
-           pthread_setattr_default_np(&attributes) == 0;
+    // As above.
+    if (pthread_attr_init(&attributes) != 0 ||
+        pthread_attr_setstacksize(&attributes, tooLarge) != 0 ||
+        pthread_setattr_default_np(&attributes) != 0)
+        qFatal("The stack of a thread cannot be made too large");
+    return true;
 }
 
 qint64 peakMemory()
