@@ -3,10 +3,10 @@
 # clipwright_floor(<target> FLOOR <n> [OBJECT] SOURCES <file>...
 #                  [LINKS <lib>...] [PRIVATE_LINKS <lib>...])
 #
-# A library of the product, static unless it is an object library. When the whole tree has been
-# read, a link to the same floor or a higher one stops the configuration, whatever the order of the
-# folders and wherever the link was added. What the targets declare is also written to
-# floors.json, for the test of the #include lines.
+# A library of the product, static unless it is an object library or BUILD_SHARED_LIBS is on. When
+# the whole tree has been read, a link to the same floor or a higher one stops the configuration,
+# whatever the order of the folders and wherever the link was added. What the targets declare is
+# also written to floors.json, for the test of the #include lines.
 define_property(TARGET PROPERTY CLIPWRIGHT_FLOOR BRIEF_DOCS "The target's floor in the product")
 set_property(GLOBAL PROPERTY CLIPWRIGHT_FLOOR_TARGETS "")
 
@@ -15,7 +15,7 @@ function(clipwright_floor target)
   if(arg_OBJECT)
     add_library(${target} OBJECT ${arg_SOURCES})
   else()
-    add_library(${target} STATIC ${arg_SOURCES})
+    add_library(${target} ${arg_SOURCES})
   endif()
   set_target_properties(${target} PROPERTIES CLIPWRIGHT_FLOOR ${arg_FLOOR})
   set_property(GLOBAL APPEND PROPERTY CLIPWRIGHT_FLOOR_TARGETS ${target})

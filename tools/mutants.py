@@ -5,12 +5,14 @@ usage: python3 -m tools.mutants [N] [SEED] [--only REGEX] [--quick | --nearest]
 Takes N places at random (100 unless told otherwise), each with one change: a call dropped, a
 condition negated, a comparison or a constant shifted. Works on a copy of the sources in
 build/mutants, so that the tree stays as it is. The tests that concern the changed file run
-first, then those of units and components, then all; a mutant is a survivor when every test passes.
+first, the quickest before the others, then those of units and components, then all; a mutant is a
+survivor when every test passes.
 Survivors that change nothing that can be observed stand with the reason in tools/mutants.toml, and
 do not count.
 """
 
 import argparse
+import functools
 import os
 import pathlib
 import random
@@ -25,6 +27,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[1]
 WORK = ROOT / "build" / "mutants"
 TREE = WORK / "tree"
 BUILD = WORK / "build"
+COSTS = BUILD / "tests" / "Testing" / "Temporary" / "CTestCostData.txt"  # seconds of each test
 EQUIVALENT = ROOT / "tools" / "mutants.toml"
 
 # A whole statement that is a call: nothing is declared, assigned or returned by it.
@@ -106,9 +109,9 @@ def sources():
     return [file for file in listed if "/win32/" not in file]
 
 
-def prepare(last_stage):
-    """A copy of the tree, built without optimisation and warnings, whose tests pass up to a
-    stage."""
+def prepare(targets, stages):
+    """A copy of the tree, built without optimisation and warnings, whose tests pass. The product's
+    libraries are shared ones, so that a change to one of them links that one and no test."""
     shutil.rmtree(TREE, ignore_errors=True)
     TREE.mkdir(parents=True)
     files = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"],
@@ -122,11 +125,16 @@ def prepare(last_stage):
     if unpack.wait() or archive.wait():
         sys.exit("cannot copy the sources")
     if not quiet(["cmake", "-S", TREE, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=",
-                  "-DCMAKE_CXX_FLAGS=-O0 -w -fuse-ld=lld"]) or not quiet(
-                      ["ninja", "-C", BUILD, *last_stage.targets]):
+                  "-DBUILD_SHARED_LIBS=ON", "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON",
+                  "-DCMAKE_CXX_FLAGS=-O0 -w -fuse-ld=lld"]) or not builds(targets):
         sys.exit(f"the unchanged sources do not build: {WORK / 'log.txt'}")
-    if not passes(last_stage):
+    COSTS.unlink(missing_ok=True)
+    if not all(map(passes, stages)):
         sys.exit(f"the unchanged sources fail {failing_test()}: {WORK / 'log.txt'}")
+
+
+def builds(targets):
+    return quiet(["ninja", "-C", BUILD, *targets])
 
 
 def quiet(command, seconds=None):
@@ -140,15 +148,16 @@ def quiet(command, seconds=None):
 
 
 class Stage:
-    """Tests that run together: targets to build, a folder of the build, options that choose."""
+    """Tests that run together: a folder of the build, and options that choose."""
 
-    def __init__(self, targets, folder="tests", *options):
-        self.targets, self.folder, self.options = targets, folder, options
+    def __init__(self, folder, *options):
+        self.folder, self.options = folder, options
 
 
-QUICK = Stage(["tests/unit/all", "tests/component/all"], "tests",
-              "-R", "^test_", "-E", "^test_surfaces_([^E]|ES|ENG_1[.]|ENG_2)")
-WHOLE = Stage(["all"], ".")
+# In one language at one scale: a change that only other texts show is seldom worth 47 more runs.
+ONE_LANGUAGE = ["-E", "^test_surfaces_([^E]|ES|ENG_1[.]|ENG_2)"]
+QUICK = Stage("tests", "-R", "^test_", *ONE_LANGUAGE)
+WHOLE = Stage(".")
 
 
 def passes(stage):
@@ -158,20 +167,40 @@ def passes(stage):
                   *stage.options], 3600)
 
 
+@functools.cache
+def include_lines():
+    """Headers and tests, each with what it includes."""
+    return {path: set(re.findall(r'^#include "(.*)"', path.read_text(encoding="utf-8"), re.M))
+            for folder in ("src", "tests", "tools") for path in (ROOT / folder).rglob("*.[ch]*")
+            if (path.suffix == ".h" or path.match("test_*.cpp")) and "win32" not in path.parts}
+
+
+@functools.cache
 def nearest(file):
-    """The tests that have the changed file's name or include its header, if there are any."""
-    header = str(pathlib.PurePath(file).relative_to("src").with_suffix(".h"))
-    own = f"test_{pathlib.PurePath(file).stem}"
-    names = sorted(test.stem for folder in ("unit", "component")
-                   for test in (ROOT / "tests" / folder).rglob("test_*.cpp")
-                   if "win32" not in test.parts
-                   and (test.stem == own
-                        or f'#include "{header}"' in test.read_text(encoding="utf-8")))
-    return [named(names)] if names else []
+    """The tests that have the changed file's name or include its header, be it through others."""
+    path = pathlib.Path(file)
+    first = re.search(r'#include "(.*)"', (ROOT / file).read_text(encoding="utf-8"))[1]
+    near, headers = {path}, {first} if path.stem.startswith(pathlib.Path(first).stem) else set()
+    while headers:
+        found = {user for user, included in include_lines().items() if included & headers} - near
+        near |= found
+        headers = {str(user.relative_to(ROOT)).removeprefix("src/") for user in found}
+    return sorted(user.stem for user in include_lines() if user.suffix == ".cpp"
+                  and (user in near or user.stem == f"test_{path.stem}"))
 
 
 def named(tests):
-    return Stage(tests, "tests", "-R", f"^({'|'.join(tests)})$")
+    """Tests with all their variants."""
+    return Stage("tests", "-R", f"^({'|'.join(tests)})(_.*)?$", *ONE_LANGUAGE)
+
+
+def one_by_one(tests):
+    """Those of the last run, with their variants, the quickest first."""
+    seconds = {name: float(cost) for name, cost in re.findall(
+        r"^(\S+) \d+ (\S+)$", COSTS.read_text(encoding="utf-8"), re.MULTILINE)}
+    return [Stage("tests", "-R", f"^{re.escape(name)}$")
+            for name in sorted(seconds, key=seconds.get)
+            if any(name == test or name.startswith(f"{test}_") for test in tests)]
 
 
 def failing_test():
@@ -180,7 +209,7 @@ def failing_test():
     return failed.group(1) if failed else "a test"
 
 
-def outcome(mutant, stages):
+def outcome(mutant, targets, stages):
     """"does not build", "survived", or the name of the test that failed."""
     target = TREE / mutant.file
     whole = target.read_text(encoding="utf-8")
@@ -188,9 +217,9 @@ def outcome(mutant, stages):
     lines[mutant.first:mutant.last + 1] = [mutant.new + "\n"]
     target.write_text("".join(lines), encoding="utf-8")
     try:
-        for stage in nearest(mutant.file) + stages:
-            if not quiet(["ninja", "-C", BUILD, *stage.targets]):
-                return "does not build"
+        if not builds(targets):
+            return "does not build"
+        for stage in one_by_one(nearest(mutant.file)) + stages:
             if not passes(stage):
                 return failing_test()
         return "survived"
@@ -219,14 +248,17 @@ def main():
     chosen = random.Random(arguments.seed).sample(places, min(arguments.number, len(places)))
     print(f"{len(chosen)} of {len(places)} mutants, seed {arguments.seed}", flush=True)
     stages = [] if arguments.nearest else [QUICK] if arguments.quick else [QUICK, WHOLE]
-    prepare(stages[-1] if stages else named(sorted(
-        {test for mutant in chosen for test in nearest(mutant.file)[0].targets})))
+    near = sorted({test for mutant in chosen for test in nearest(mutant.file)})
+    targets = (near if arguments.nearest else ["all"] if WHOLE in stages
+               else ["tests/unit/all", "tests/component/all"])
+    prepare(targets, stages or [named(near)])
 
     survivors, killed, known = [], 0, 0
     for number, mutant in enumerate(chosen, 1):
         began = time.monotonic()
         key = mutant.key()
-        result = "equivalent: " + reasons[key] if key in reasons else outcome(mutant, stages)
+        result = ("equivalent: " + reasons[key] if key in reasons
+                  else outcome(mutant, targets, stages))
         known += key in reasons
         if result == "survived":
             survivors.append(mutant)
