@@ -30,11 +30,18 @@ private Q_SLOTS:
     void headThatLiesIsRefused();
     void hiddenTextCounts_data();
     void hiddenTextCounts();
+    void segmentsOfJpegCount();
     void tooLargePictureIsNotShown();
+    void decodingMayTakeTheWholeLimit();
+    void shownPicturesMayTakeTheWholeLimit();
+    void folderIsNotShown();
     void pictureWithAVariantForAScaleIsNotShown_data();
     void pictureWithAVariantForAScaleIsNotShown();
     void namedPipeIsNotShown();
     void roomIsGivenBack();
+
+private:
+    bool isShown(QWidget &panel, const QByteArray &bytes) const;
 };
 
 namespace {
@@ -78,6 +85,33 @@ QByteArray chunk(const char *type, const QByteArray &content)
     QByteArray length = littleEndian(content.size(), 4);
     std::reverse(length.begin(), length.end());
     return length + type + content + "CRC?";
+}
+
+/// Of 64 by 32 pixels.
+QByteArray jpeg()
+{
+    return encoded("JPEG", {64, 32}, QImage::Format_RGB32);
+}
+
+/// With segments before all others.
+QByteArray jpegWith(const QByteArray &segments)
+{
+    return jpeg().insert(2, segments);
+}
+
+/// With one byte of the frame changed, counted from its marker's.
+QByteArray jpegWithFrame(int index, char byte)
+{
+    QByteArray bytes = jpeg();
+    bytes[bytes.indexOf("\xFF\xC0") + index] = byte;
+    return bytes;
+}
+
+QByteArray segment(char marker, const QByteArray &content)
+{
+    QByteArray length = littleEndian(content.size() + 2, 2);
+    std::reverse(length.begin(), length.end());
+    return '\xFF' + QByteArray(1, marker) + length + content;
 }
 
 /// With chunks behind the head.
@@ -126,6 +160,14 @@ void write(const QString &fileName, const QByteArray &bytes)
 }
 
 } // namespace
+
+bool TestPicture::isShown(QWidget &panel, const QByteArray &bytes) const
+{
+    const QString path = m_sandbox->path("a.png"_s);
+    write(path, bytes);
+    Look::showPicture(panel, path);
+    return !panel.styleSheet().isEmpty();
+}
 
 void TestPicture::hostilePicturesTakeLittleMemory()
 {
@@ -213,10 +255,19 @@ void TestPicture::costIsReadFromTheHead_data()
     row("PNG", png(40, 30), 1200);
     row("PNG of one bit", png(4000, 3000, QImage::Format_Mono), 12000000);
     row("PNG of 16 bits", png(40, 30, QImage::Format_RGBA64), 1200);
-    row("JPEG", encoded("JPEG", {64, 32}, QImage::Format_RGB32), 2048);
+    row("JPEG", jpeg(), 2048);
     row("JPEG of several scans", encoded("JPEG", {64, 32}, QImage::Format_RGB32, true), 2048);
     row("JPEG, in whole blocks", encoded("JPEG", {33, 1}, QImage::Format_RGB32), 2048);
     row("grey JPEG", encoded("JPEG", {64, 64}, QImage::Format_Grayscale8), 4096);
+    row("JPEG of four components", jpegWithFrame(9, 4), 2048);
+    row("JPEG with the last kind of frame", jpegWithFrame(1, '\xCF'), 2048);
+    row("JPEG with a thumbnail",
+        jpegWith(segment('\xE1', encoded("JPEG", {8, 8}, QImage::Format_RGB32))), 2048);
+    row("JPEG with an empty segment", jpegWith(segment('\xFE', {})), 2048);
+    row("JPEG with bytes that fill", jpegWith("\xFF\xFF\xFF"), 2048);
+    row("JPEG with a zero for a marker", jpegWith(QByteArray("\xFF\0", 2)), 2048);
+    row("JPEG with a marker for temporary use", jpegWith("\xFF\x01"), 2048);
+    row("JPEG with a restart", jpegWith("\xFF\xD0"), 2048);
 }
 
 void TestPicture::costIsReadFromTheHead()
@@ -233,16 +284,18 @@ void TestPicture::costIsReadFromTheHead()
 void TestPicture::headThatLiesIsRefused_data()
 {
     QTest::addColumn<QByteArray>("bytes");
-    const QByteArray jpeg = encoded("JPEG", {64, 32}, QImage::Format_RGB32);
     QTest::newRow("PNG that ends early") << png(8, 8).chopped(12);
     QTest::newRow("PNG without a head") << png(8, 8).remove(8, 25);
     QTest::newRow("PNG's first bytes alone") << png(8, 8).left(8);
     QTest::newRow("PNG of chunks without end") << pngWith(chunk("teXt", {}).repeated(20000));
-    QTest::newRow("JPEG's first bytes alone") << jpeg.left(3);
-    QTest::newRow("JPEG that ends before its frame") << jpeg.left(30);
-    QTest::newRow("JPEG with a segment of no length")
-        << QByteArray(jpeg).insert(2, QByteArray("\xFF\xE1\0\0", 4));
-    QTest::newRow("JPEG with a second start") << QByteArray(jpeg).insert(2, "\xFF\xD8");
+    QTest::newRow("JPEG's first bytes alone") << jpeg().left(3);
+    QTest::newRow("JPEG that ends before its frame") << jpeg().left(30);
+    QTest::newRow("JPEG that ends in its frame") << jpeg().left(jpeg().indexOf("\xFF\xC0") + 9);
+    QTest::newRow("JPEG that ends in a marker") << jpeg().left(20) + '\xFF';
+    QTest::newRow("JPEG with a segment of no length") << jpegWith(QByteArray("\xFF\xE1\0\0", 4));
+    QTest::newRow("JPEG with a second start") << jpegWith(segment('\xD8', "12345678"));
+    QTest::newRow("JPEG whose scan comes first") << jpegWith(segment('\xDA', "12345678"));
+    QTest::newRow("JPEG of five components") << jpegWithFrame(9, 5);
 }
 
 void TestPicture::headThatLiesIsRefused()
@@ -282,14 +335,45 @@ void TestPicture::hiddenTextCounts()
     QCOMPARE(cost->shown, plain->shown);
 }
 
+void TestPicture::segmentsOfJpegCount()
+{
+    const QByteArray comment = segment('\xFE', QByteArray(60000, 'x'));
+    const std::optional<PictureCost> cost = costOf(jpegWith(comment.repeated(10)));
+    const std::optional<PictureCost> plain = costOf(jpeg());
+    QVERIFY(cost && plain);
+    QCOMPARE(cost->decoding - plain->decoding, qint64(4) * 10 * comment.size());
+}
+
+void TestPicture::decodingMayTakeTheWholeLimit()
+{
+    const QByteArray large = png(4096, 1365, QImage::Format_Mono);
+    const int room = int(64 * mebibyte - costOf(large)->decoding) / 8;
+    const auto withText = [&large](int size) {
+        return QByteArray(large).insert(8 + 25, chunk("tEXt", QByteArray(size, 'x')));
+    };
+    QWidget panel;
+    QVERIFY(isShown(panel, withText(room)));
+    QVERIFY(!isShown(panel, withText(room + 1)));
+}
+
+void TestPicture::shownPicturesMayTakeTheWholeLimit()
+{
+    QWidget first;
+    QWidget second;
+    QWidget third;
+    QWidget last;
+    QWidget none;
+    for (QWidget *panel : {&first, &second, &third})
+        QVERIFY(isShown(*panel, png(4096, 1365, QImage::Format_Mono)));
+    QVERIFY(isShown(last, png(64, 64)));
+    QVERIFY(!isShown(none, png(1, 1)));
+}
+
 void TestPicture::tooLargePictureIsNotShown()
 {
-    const auto isShown = [this](const QByteArray &bytes) {
-        const QString path = m_sandbox->path("a.png"_s);
-        write(path, bytes);
-        QWidget panel;
-        Look::showPicture(panel, path);
-        return panel.styleSheet().contains("a.png"_s);
+    QWidget panel;
+    const auto isShown = [this, &panel](const QByteArray &bytes) {
+        return this->isShown(panel, bytes);
     };
     QVERIFY(!isShown(png(40000, 8000, QImage::Format_Mono))); // a few kilobytes of file
     QVERIFY(!isShown(png(2400, 2400, QImage::Format_Mono)));
@@ -309,6 +393,7 @@ void TestPicture::pictureWithAVariantForAScaleIsNotShown_data()
     QTest::newRow("scale 3") << "a@3x.png"_s << false;
     QTest::newRow("scale 9") << "a@9x.png"_s << false;
     QTest::newRow("no scale") << "a@1x.png"_s << true;
+    QTest::newRow("more than Qt has") << "a@10x.png"_s << true;
     QTest::newRow("of another picture") << "b@2x.png"_s << true;
 }
 
@@ -327,6 +412,15 @@ void TestPicture::pictureWithAVariantForAScaleIsNotShown()
         QCOMPARE(!panel.styleSheet().isEmpty(), isShown);
     }
     QVERIFY(QDir(m_sandbox->path("pictures"_s)).removeRecursively());
+}
+
+void TestPicture::folderIsNotShown()
+{
+    const QString path = m_sandbox->path("folder.png"_s);
+    QVERIFY(QDir().mkpath(path));
+    QWidget panel;
+    Look::showPicture(panel, path);
+    QCOMPARE(panel.styleSheet(), QString());
 }
 
 void TestPicture::namedPipeIsNotShown()

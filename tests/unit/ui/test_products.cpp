@@ -3,9 +3,13 @@
 #include "tests/unit/ui/pagetest.h"
 #include "ui/productitem.h"
 #include "ui/productpage.h"
+#include "ui/tabbutton.h"
 
 #include <QtGui/QAccessible>
+#include <QtGui/QFontInfo>
 #include <QtTest/QSignalSpy>
+#include <QtWidgets/QStyle>
+#include <QtWidgets/QStyleOptionButton>
 
 /// The product page, its list and its tiles.
 class TestProducts : public PageTest
@@ -17,6 +21,7 @@ private Q_SLOTS:
     void screenReadersGetNameAndDescription();
     void keysClickTheCurrentProduct();
     void tabsAreNamedAndNumbered();
+    void onlyTooLongTabTextGetsSmallerLetters();
     void tabShowsItsCategory_data();
     void tabShowsItsCategory();
     void changingTabRebuildsTheListOnce();
@@ -108,6 +113,34 @@ void TestProducts::tabsAreNamedAndNumbered()
         QVERIFY(tab->isCheckable() && tab->autoExclusive());
         QCOMPARE(tab->isChecked(), number == 1);
     }
+}
+
+void TestProducts::onlyTooLongTabTextGetsSmallerLetters()
+{
+    const auto tabOf = [](int width) {
+        auto tab = std::make_unique<TabButton>("Productivity"_s);
+        QFont font = tab->font();
+        font.setPixelSize(14);
+        tab->setFont(font);
+        tab->resize(width, 32);
+        return tab;
+    };
+    const auto letterSize = [&tabOf](int width) {
+        const auto tab = tabOf(width);
+        tab->show();
+        return QFontInfo(tab->font()).pixelSize();
+    };
+    const auto tab = tabOf(400);
+    QStyleOptionButton option;
+    option.initFrom(tab.get());
+    const int frame =
+        400 -
+        tab->style()->subElementRect(QStyle::SE_PushButtonContents, &option, tab.get()).width();
+    const int wide = tab->fontMetrics().horizontalAdvance(tab->text()) + frame;
+    QCOMPARE(letterSize(400), 14);
+    QCOMPARE(letterSize(wide), 14);
+    QVERIFY(letterSize(wide - 1) < 14);
+    QCOMPARE(letterSize(frame + 1), 10); // can still be read
 }
 
 void TestProducts::tabShowsItsCategory_data()

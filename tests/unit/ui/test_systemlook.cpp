@@ -4,6 +4,7 @@
 #include "tests/support/testcase.h"
 #include "ui/systemlook.h"
 
+#include <QtCore/QRegularExpression>
 #include <QtGui/QFontDatabase>
 #include <QtGui/QGlyphRun>
 #include <QtGui/QRawFont>
@@ -26,6 +27,7 @@ private Q_SLOTS:
     void languageNamesItsFonts();
     void lettersHaveTheLanguagesForms();
     void animationsAreOffWhenTheUserWantsNone();
+    void signsAreBlackOrWhiteAsTheText();
     void ownSchemeIsApplied();
     void ownChoiceOfAnimationsIsApplied();
 };
@@ -91,6 +93,18 @@ void TestSystemLook::animationsAreOffWhenTheUserWantsNone()
                      0,
                  areOn);
     }
+}
+
+void TestSystemLook::signsAreBlackOrWhiteAsTheText()
+{
+    const auto signs = [](int lightness) {
+        Platform::ContrastScheme scheme;
+        scheme.text = QColor(lightness, lightness, lightness);
+        const QString rules = SystemLook::rules({}, scheme, true);
+        return QRegularExpression("Contrast_close_(\\w+)"_s).match(rules).captured(1);
+    };
+    QCOMPARE(signs(127), "black"_s);
+    QCOMPARE(signs(128), "white"_s);
 }
 
 void TestSystemLook::ownSchemeIsApplied()
