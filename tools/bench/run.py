@@ -66,7 +66,7 @@ class Bench:
         paint = functools.partial(processes.time_to_paint, self.paints)
         paint(self.splash, self.waiting)  # from the disk, once
         paint(self.bare_window, self.waiting)
-        return [Row("start to painted splash: time", 1.3, "ms",
+        return [Row("start to painted splash: time", 1.1, "ms",
                     interleaved(2 * self.runs + 1, lambda: paint(self.splash, self.waiting),
                                 lambda: paint(self.bare_window, self.waiting)))]
 
@@ -95,7 +95,7 @@ class Bench:
             return statistics.median(parts) / 1e6
 
         return [
-            Row("start to painted splash: instructions", 1.5, "million",
+            Row("start to painted splash: instructions", 1.2, "million",
                 [(millions(ours[:1]), millions(start[:1]))]),
             # The first few are the start's.
             Row("splash, one picture: instructions", 1.2, "million",
@@ -121,7 +121,7 @@ class Bench:
         """With the main window shown: no service answers, so it comes at once."""
         refused = {**self.environment, "CLIPWRIGHT_SANDBOX_SERVICE": "http://127.0.0.1:9"}
         peak = functools.partial(processes.peak_memory, self.paints, environment=refused, seconds=2)
-        return [Row("peak memory, native", 1.3, "MiB",
+        return [Row("peak memory, native", 1.1, "MiB",
                     interleaved(1, lambda: peak(self.splash), lambda: peak(self.bare_window)))]
 
     # Downloads
@@ -226,7 +226,7 @@ class Bench:
     def interface(self):
         times = self.in_process("interface", "^(main_window|tab_change)", self.runs)
         rows = []
-        for name, text, aim in (("main_window", "main window, built and shown", 2),
+        for name, text, aim in (("main_window", "main window, built and shown", 1.5),
                                 ("tab_change", "tab with 300 products", 1.5)):
             row = Row(text, aim, "ms", self.pairs(times, name, 1e-3))
             styled = statistics.median(times[f"{name}/styled_baseline"]) * 1e-3
