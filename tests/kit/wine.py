@@ -99,7 +99,7 @@ class Prefix:
         """Starts the server and its services, which else would start with every program."""
         subprocess.run([*wrap, "sh", "-c", "wineserver --persistent && wine cmd /c exit"],
                        env=self.environment, check=True, stdin=subprocess.DEVNULL,
-                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=60)
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=180)
 
     def _run_server(self, option):
         subprocess.run(["wineserver", option], env=self.environment, check=False,
