@@ -130,6 +130,7 @@ class Release(unittest.TestCase):
         self.assertTrue(done, text)
         self.assertIn("qtbase-opensource-src_", text)
         self.assertTrue((sources / "packaging/sysroot").is_file())
+        self.assertTrue(list((sources / "packaging/patches").glob("*.patch")))
 
     def test_one_changed_byte_is_refused(self):
         content = bytearray(self.program.read_bytes())
