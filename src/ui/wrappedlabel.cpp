@@ -5,6 +5,8 @@
 
 void WrappedLabel::setText(const QString &text)
 {
+    if (text == m_text)
+        return; // else assistive technology is told of a new name, and a broken word cut off
     m_text = text;
     setAccessibleName(text);
     QLabel::setText(WordBreaks::joined(text));

@@ -46,6 +46,8 @@ void TestWrappedLabel::wordTooWideForTheLabelIsBroken()
     QVERIFY(shownText(label) != question);
     label.resize(30, 100);
     QCOMPARE(shownText(label), question);
+    label.setText(question);
+    QCOMPARE(shownText(label), question);
     label.resize(400, 100);
     QVERIFY(shownText(label) != question);
 }
