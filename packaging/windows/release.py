@@ -71,7 +71,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     signing.add_signing_options(parser)
     options = package.parse(parser)
-    if options.certificate:
+    if signing.is_signer_given(options):
         signing.check_signing_options(parser, options)
     folder = options.out / package.name_of(options.build)
     try:

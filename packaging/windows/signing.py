@@ -3,8 +3,10 @@
 
 usage: signing.py sign --certificate FILE.p12 --password-file FILE --timestamp URL PROGRAM...
        signing.py sign --pkcs11 MODULE --key ID --certificate FILE.pem --password-file FILE ...
+       signing.py try [the same options, or none]
        signing.py verify [--authority FILE] [--timestamp-authority FILE] PROGRAM...
 
+`try` signs a script of one line, so that an error in the options ends a release before its builds.
 The authorities are files of certificates; unless given, they are those that the system trusts.
 """
 
@@ -14,6 +16,7 @@ import pathlib
 import re
 import subprocess
 import sys
+import tempfile
 import time
 
 TITLE = "Norvane Clipwright Uninstaller"
@@ -64,10 +67,26 @@ def verify(program, authority=None, timestamp_authority=None):
     return end_time
 
 
+def try_signing(options):
+    with tempfile.TemporaryDirectory() as folder:
+        script = pathlib.Path(folder) / "trial.ps1"
+        script.write_text("exit\n", encoding="ascii")
+        sign(script, options)
+        verify(script, options.authority, options.timestamp_authority)
+
+
+def readable_file(name):
+    try:
+        with open(name, "rb"):
+            return pathlib.Path(name)
+    except OSError as error:
+        raise argparse.ArgumentTypeError(f"{name}: {error.strerror}") from None
+
+
 def add_signing_options(parser):
-    parser.add_argument("--certificate", type=pathlib.Path,
+    parser.add_argument("--certificate", type=readable_file,
                         help="a PKCS#12 file; with --pkcs11, a PEM file")
-    parser.add_argument("--password-file", type=pathlib.Path,
+    parser.add_argument("--password-file", type=readable_file,
                         help="holds the password of the PKCS#12 file, or the token's PIN")
     parser.add_argument("--pkcs11", metavar="MODULE", type=pathlib.Path,
                         help="the library of the token that has the key")
@@ -78,11 +97,19 @@ def add_signing_options(parser):
 
 def add_authorities(parser):
     for option in ("--authority", "--timestamp-authority"):
-        parser.add_argument(option, type=pathlib.Path, metavar="FILE")
+        parser.add_argument(option, type=readable_file, metavar="FILE")
+
+
+def is_signer_given(options):
+    """With any of its options, because check_signing_options() tells of those that are missing."""
+    return any((options.certificate, options.password_file, options.pkcs11, options.key,
+                options.timestamp, options.authority, options.timestamp_authority))
 
 
 def check_signing_options(parser, options):
-    needed = ["certificate", "password_file", "timestamp"] + (["key"] if options.pkcs11 else [])
+    needed = ["certificate", "password_file", "timestamp"]
+    if options.pkcs11 or options.key:
+        needed += ["pkcs11", "key"]
     for name in needed:
         if not getattr(options, name):
             parser.error("missing: --" + name.replace("_", "-"))
@@ -91,13 +118,19 @@ def check_signing_options(parser, options):
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     commands = parser.add_subparsers(dest="command", required=True)
-    signer, verifier = commands.add_parser("sign"), commands.add_parser("verify")
+    signer, trial, verifier = map(commands.add_parser, ("sign", "try", "verify"))
     add_signing_options(signer)
+    add_signing_options(trial)
     add_authorities(verifier)
     for command in (signer, verifier):
         command.add_argument("programs", nargs="+", type=pathlib.Path)
     options = parser.parse_args()
     try:
+        if options.command == "try":
+            if is_signer_given(options):
+                check_signing_options(trial, options)
+                try_signing(options)
+            return
         if options.command == "sign":
             check_signing_options(signer, options)
             for program in options.programs:

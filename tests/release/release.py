@@ -33,6 +33,38 @@ def run(*command, **options):
     return done.returncode == 0, done.stdout
 
 
+class SigningOptions(unittest.TestCase):
+    def test_an_error_in_them_ends_the_release_before_its_builds(self):
+        with tempfile.TemporaryDirectory() as folder:
+            authority = throwaway.Authority(folder)
+            wrong = authority.folder / "wrong"
+            wrong.write_text("not the password", encoding="ascii")
+            with authority.stamping() as address:
+                right = {"--certificate": authority.folder / "signer.p12",
+                         "--password-file": authority.folder / "password",
+                         "--timestamp": address, "--authority": authority.certificate,
+                         "--timestamp-authority": authority.certificate}
+                done, text = self.run_with(PACKAGING / "signing.py", "try", right)
+                self.assertTrue(done, text)
+                for changed, message in (
+                        ({"--certificate": "none.p12"}, "none.p12: No such file or directory"),
+                        ({"--password-file": folder}, f"{folder}: Is a directory"),
+                        ({"--password-file": wrong}, "Wrong password"),
+                        ({"--certificate": None}, "missing: --certificate"),
+                        ({"--timestamp": None}, "missing: --timestamp"),
+                        ({"--timestamp": "http://127.0.0.1:1/"}, "timestamping failed"),
+                        ({"--key": "pkcs11:object=release"}, "missing: --pkcs11"),
+                        ({"--authority": None}, "the signature does not hold")):
+                    with self.subTest(changed):
+                        done, text = self.run_with("./dev", "release", right | changed)
+                        self.assertFalse(done)
+                        self.assertIn(message, text)
+
+    def run_with(self, program, command, options):
+        return run(program, command, *(word for option in options.items() if option[1]
+                                       for word in option), timeout=PATIENCE)
+
+
 class Release(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
