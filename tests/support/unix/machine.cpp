@@ -12,6 +12,13 @@
 
 namespace Machine {
 
+const bool allowsAnyFileName = true;
+const bool makesFollowedLinks = true;
+const bool removesOpenFiles = true;
+const bool locksFilesToClaimNames = true;
+const bool hasEveryFont = true;
+const bool startsProcessesLater = true;
+
 namespace {
 
 void limitFileSize(rlim_t bytes)
@@ -41,10 +48,7 @@ FullDisk::~FullDisk()
     limitFileSize(RLIM_INFINITY);
 }
 
-bool FullDisk::isPossible()
-{
-    return true;
-}
+const bool FullDisk::isPossible = true;
 
 bool giveToAnotherUser(const QString &fileName)
 {
@@ -64,11 +68,6 @@ bool makePipe(const QString &fileName)
 bool keepsKilledProgram(const QString & /*fileName*/)
 {
     return false;
-}
-
-bool startsProcessesLater()
-{
-    return true;
 }
 
 bool isLeft(qintptr /*socketDescriptor*/)

@@ -10,6 +10,13 @@
 
 namespace Machine {
 
+const bool allowsAnyFileName = false;
+const bool makesFollowedLinks = false;
+const bool removesOpenFiles = false;
+const bool locksFilesToClaimNames = false;
+const bool hasEveryFont = false; // Qt's offscreen platform has those of one folder
+const bool startsProcessesLater = false;
+
 bool makeUnstartable(const QString &program)
 {
     QFile file(program);
@@ -20,10 +27,7 @@ FullDisk::FullDisk(quint64 /*bytes*/) {}
 
 FullDisk::~FullDisk() = default;
 
-bool FullDisk::isPossible()
-{
-    return false;
-}
+const bool FullDisk::isPossible = false;
 
 bool giveToAnotherUser(const QString & /*fileName*/)
 {
@@ -39,11 +43,6 @@ bool makePipe(const QString & /*fileName*/)
 bool keepsKilledProgram(const QString &fileName)
 {
     return fileName.endsWith(QLatin1String(".exe"), Qt::CaseInsensitive);
-}
-
-bool startsProcessesLater()
-{
-    return false;
 }
 
 // Wine may not send the notification.

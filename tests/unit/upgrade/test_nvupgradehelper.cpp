@@ -691,7 +691,7 @@ void TestNvUpgradeHelper::offersDescriptionIsReadWhole()
 
 void TestNvUpgradeHelper::fullDiskKeepsUpdateInfo()
 {
-    if (!Machine::FullDisk::isPossible())
+    if (!Machine::FullDisk::isPossible)
         QSKIP("this system cannot refuse to let files grow");
     m_feed->writeSmallUpgrade(version);
     writeUpdateInfoFile(description("7.9"));
