@@ -422,7 +422,8 @@ class Fault:
             self.process.kill()
             self.process.wait()
         left = self.processes_left()
-        self.expect(self.child_goes_on or not left, f"processes left behind: {left}")
+        commands = [self.content(f"/proc/{pid}/cmdline") for pid in left]
+        self.expect(self.child_goes_on or not left, f"processes left behind: {commands}")
         self.signal_children(signal.SIGKILL)
 
         started = self.uninstallers_started()
