@@ -103,9 +103,7 @@ def finding_row(line, message):
 def render(arguments, folder):
     """Renders the document into a folder of pictures; returns the index of it."""
     command = [os.path.join(arguments.bin, "render-preview"), folder, arguments.language,
-               arguments.document]
-    if arguments.pictures:
-        command += ["--pictures", arguments.pictures]
+               arguments.document, *([arguments.pictures] if arguments.pictures else [])]
     done = subprocess.run(command, check=False, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                           encoding="utf-8", env=dict(os.environ, QT_QPA_PLATFORM="offscreen"))
     if done.returncode:

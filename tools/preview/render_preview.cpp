@@ -13,7 +13,6 @@
 #include "ui/systemlook.h"
 #include "wizard/mainwindow.h"
 
-#include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>
 #include <QtCore/QEventLoop>
 #include <QtCore/QFile>
@@ -212,29 +211,20 @@ QJsonArray renderAll(const QDir &folder)
 
 int main(int argc, char **argv)
 {
-    QApplication application(argc, argv);
-    QCommandLineParser parser;
-    parser.addPositionalArgument(QStringLiteral("folder"), QStringLiteral("where to render to"));
-    parser.addPositionalArgument(QStringLiteral("language"),
-                                 QStringLiteral("the installer's code, such as ENG"));
-    parser.addPositionalArgument(QStringLiteral("document"), QStringLiteral("what to render"));
-    parser.addOption({QStringLiteral("pictures"),
-                      QStringLiteral("takes the pictures from a folder, not from their links"),
-                      QStringLiteral("folder")});
-    parser.addHelpOption();
-    parser.process(application);
-    if (parser.positionalArguments().size() != 3)
-        parser.showHelp(EXIT_FAILURE);
+    const QApplication application(argc, argv);
+    const QStringList arguments = QApplication::arguments();
+    if (arguments.size() < 4)
+        qFatal("usage: render-preview FOLDER LANGUAGE DOCUMENT [PICTURES]");
 
-    const QDir folder(parser.positionalArguments().constFirst());
+    const QDir folder(arguments.at(1));
     QApplication::setCursorFlashTime(0); // or pictures differ by a caret
     const Sandbox sandbox;
     const LinkCatcher links;
-    const InterfaceLanguage language(*sandbox.operator->(), parser.positionalArguments().at(1));
+    const InterfaceLanguage language(*sandbox.operator->(), arguments.at(2));
     const LookApplied look(SystemLook::rules());
 
     const QJsonObject document =
-        QJsonDocument::fromJson(Sandbox::readFile(parser.positionalArguments().at(2))).object();
+        QJsonDocument::fromJson(Sandbox::readFile(arguments.at(3))).object();
     ConfigDownloader downloader;
     const bool isTaken = downloader.collectImages(document);
     QJsonArray pictures;
@@ -243,8 +233,8 @@ int main(int argc, char **argv)
         if (!kept.open(QIODevice::WriteOnly) || kept.write(QJsonDocument(document).toJson()) <= 0)
             qFatal("cannot write %s", qPrintable(kept.fileName()));
         kept.close();
-        if (parser.isSet(QStringLiteral("pictures")))
-            takePictures(document, QDir(parser.value(QStringLiteral("pictures"))));
+        if (arguments.size() > 4)
+            takePictures(document, QDir(arguments.at(4)));
         else
             fetchPictures(downloader);
         keepBanners(document, folder);
