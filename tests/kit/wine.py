@@ -96,7 +96,8 @@ class Prefix:
         return drive + rest.replace("/", "\\")
 
     def _start_server(self, wrap=()):
-        """Starts the server and its services, which else would start with every program."""
+        """Starts the server and its services, which else would start with every program. By one
+        command, because `wrap` may make a namespace for each."""
         subprocess.run([*wrap, "sh", "-c", "wineserver --persistent && wine cmd /c exit"],
                        env=self.environment, check=True, stdin=subprocess.DEVNULL,
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=180)

@@ -31,17 +31,16 @@ void save(QWidget &window, const QString &name, const QDir &folder)
         qFatal("cannot write %s", qPrintable(fileName));
 }
 
-QJsonArray describe(const QList<Gallery::Contrast> &texts, const QString &surface)
+void measure(QWidget &window, const QString &surface, QJsonArray &contrasts)
 {
-    QJsonArray list;
+    const QList<Gallery::Contrast> texts = Gallery::measureContrast(window);
     for (const Gallery::Contrast &text : texts) {
-        list.append(QJsonObject{{QStringLiteral("surface"), surface},
-                                {QStringLiteral("widget"), text.widget},
-                                {QStringLiteral("ink"), text.ink.name()},
-                                {QStringLiteral("ground"), text.ground.name()},
-                                {QStringLiteral("ratio"), text.ratio}});
+        contrasts.append(QJsonObject{{QStringLiteral("surface"), surface},
+                                     {QStringLiteral("widget"), text.widget},
+                                     {QStringLiteral("ink"), text.ink.name()},
+                                     {QStringLiteral("ground"), text.ground.name()},
+                                     {QStringLiteral("ratio"), text.ratio}});
     }
-    return list;
 }
 
 } // namespace
@@ -75,6 +74,7 @@ int main(int argc, char **argv)
                   Gallery::contrastSchemes().value(parser.value(QStringLiteral("scheme"))), true)
             : SystemLook::rules());
 
+    const bool isMeasured = parser.isSet(QStringLiteral("contrast"));
     QJsonArray surfaces;
     QJsonArray contrasts;
     const QList<Gallery::Surface> all = Gallery::surfaces();
@@ -82,11 +82,8 @@ int main(int argc, char **argv)
         const std::unique_ptr<QWidget> window = surface.show();
         save(*window, surface.name, folder);
         surfaces.append(surface.name);
-        if (!parser.isSet(QStringLiteral("contrast")))
-            continue;
-        const QJsonArray texts = describe(Gallery::measureContrast(*window), surface.name);
-        for (const QJsonValue &text : texts)
-            contrasts.append(text);
+        if (isMeasured)
+            measure(*window, surface.name, contrasts);
     }
 
     QJsonArray controls;
@@ -99,12 +96,8 @@ int main(int argc, char **argv)
         controls.append(QJsonObject{{QStringLiteral("name"), control.name},
                                     {QStringLiteral("state"), control.state},
                                     {QStringLiteral("file"), file}});
-        if (!parser.isSet(QStringLiteral("contrast")))
-            continue;
-        const QJsonArray texts = describe(Gallery::measureContrast(*window),
-                                          control.name + QStringLiteral(" : ") + control.state);
-        for (const QJsonValue &text : texts)
-            contrasts.append(text);
+        if (isMeasured)
+            measure(*window, control.name + QStringLiteral(" : ") + control.state, contrasts);
     }
 
     QFile index(folder.filePath(QStringLiteral("index.json")));

@@ -692,7 +692,7 @@ void TestNvUpgradeHelper::offersDescriptionIsReadWhole()
 void TestNvUpgradeHelper::fullDiskKeepsUpdateInfo()
 {
     if (!Machine::FullDisk::isPossible)
-        QSKIP("this system cannot refuse to let files grow");
+        QSKIP("files cannot be kept from growing here");
     m_feed->writeSmallUpgrade(version);
     writeUpdateInfoFile(description("7.9"));
     NvUpgradeHelper::instance();
