@@ -6,7 +6,8 @@ wine_folder=${CLIPWRIGHT_WINE_FOLDER:-$here/../../build/wine}
 export WINEDEBUG=${WINEDEBUG:--all}
 export WINEARCH=win64
 export WINEDLLPATH=$wine_folder/dlls # for programs of 32 bits
-# Neither offers to download what nobody needs here, nor menu entries in the developer's desktop.
+# No offer to download Mono and Gecko, which nothing here needs, and no menu entries in the
+# developer's desktop.
 export WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
 # File names are UTF-8 for Wine only in a locale that says so.
 export LC_ALL=C.UTF-8

@@ -68,8 +68,8 @@ int programMain(int argc, char **argv)
     // After the measurement, which must see the coordinates of a program that knows no DPI.
     Platform::enableDpiAwareness();
 
-    // A call in which the upgrade library is stuck must not keep the process alive, nor its thread
-    // run on while the globals go that exist by now. Those made later go before this is called.
+    // A stuck call of the upgrade library must not keep the process alive, nor may its thread run
+    // on while globals are destroyed: those that exist by now. Later ones go before this is called.
     std::atexit(endAtOnceWhileLibraryWorks);
     const Outcome outcome = runApplication(argc, argv);
     if (!outcome.isUpgradeHelperReleased)

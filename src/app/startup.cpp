@@ -60,8 +60,8 @@ void limitEnd()
     }
 }
 
-// When the user's session ends, be it by force, aboutToQuit() comes from within the event loop.
-// What follows would kill an uninstaller that still runs, and record events after the stop.
+// When the user's session ends, even by force, aboutToQuit() is emitted from within the event loop.
+// Going on from there would kill an uninstaller that still runs, and record events after the stop.
 void endSession()
 {
     limitEnd();

@@ -6,7 +6,7 @@ namespace Platform {
 /// about DPI sees it. Call it before enableDpiAwareness(), which changes what is seen.
 float primaryMonitorRatio();
 
-/// Declares the process system-DPI-aware where the system knows the notion; else does nothing.
+/// Declares the process system-DPI-aware where the system has that state; else does nothing.
 void enableDpiAwareness();
 
 } // namespace Platform

@@ -22,7 +22,7 @@ struct ContrastScheme
 /// exists.
 std::optional<ContrastScheme> contrastScheme();
 
-/// Whether the user wants what programs show to be animated.
+/// Whether the user has animations turned on.
 bool areAnimationsOn();
 
 } // namespace Platform

@@ -5,8 +5,8 @@
 
 /// Base of every top-level surface: no system frame, translucent outside its rounded corners,
 /// painted by the application's style sheet. While a key is held, its repeats press no button in
-/// any of them. A window with a parent stays above it and is owned by
-/// it, but is a window all the same.
+/// any of them. A window with a parent stays above it and is owned by it, but is a window all the
+/// same.
 class BaseWindow : public QWidget
 {
     Q_OBJECT

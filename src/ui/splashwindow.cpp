@@ -104,7 +104,7 @@ void SplashWindow::paintGround(QPainter &painter, const QRect &area)
         BaseWindow::paintGround(painter);
         return;
     }
-    // A hundred times a second: not with all the window's corners and borders.
+    // Keep the middle: painting the whole window's ground a hundred times a second costs too much.
     const QRect kept = centred(keptSide);
     if (m_middle.isNull()) {
         const qreal ratio = devicePixelRatioF();

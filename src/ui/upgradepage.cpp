@@ -48,13 +48,13 @@ void UpgradePage::showCompleted()
 
 bool UpgradePage::isActionDisabled() const
 {
-    // On its own account, not because the whole window is disabled while an answer is awaited.
+    // By itself, not with the whole window, which is disabled while an answer is awaited.
     return !btnCancel->isEnabledTo(this);
 }
 
 bool UpgradePage::eventFilter(QObject *watched, QEvent *event)
 {
-    // A button that is disabled loses the focus to nothing, and with it the screen reader.
+    // A disabled button passes the focus to no other widget, and screen readers fall silent.
     if (event->type() == QEvent::EnabledChange && isActionDisabled() && !window()->focusWidget())
         setFocus();
     return QWidget::eventFilter(watched, event);

@@ -6,7 +6,7 @@
 void WrappedLabel::setText(const QString &text)
 {
     if (text == m_text)
-        return; // else assistive technology is told of a new name, and a broken word cut off
+        return; // else screen readers are told of a new name, and a broken word is cut off
     m_text = text;
     setAccessibleName(text);
     QLabel::setText(WordBreaks::joined(text));

@@ -69,7 +69,7 @@ void MainWindow::uninstallStarted()
 
 void MainWindow::uninstallFinished(int exitCode, QProcess::ExitStatus exitStatus)
 {
-    // A good end is found by the page itself, which shows every run for a while.
+    // The page finds out about success by itself, because it shows every run for a while.
     if (exitCode != 0 || exitStatus == QProcess::CrashExit)
         uninstallPage->fail();
 }

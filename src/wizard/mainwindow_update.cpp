@@ -20,7 +20,7 @@ constexpr int skinNumber = 0;
 const QLatin1String sourceUpgradeFailure("upgrade_failure");
 const QLatin1String sourceUpgradeCancel("upgrade_cancel");
 
-// Of an answer's text, what the next request is to hold.
+// An answer's text, in the encoding of requests.
 std::string utf8(const std::string &answered)
 {
     return Platform::fromNarrow(answered).toStdString();

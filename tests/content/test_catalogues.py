@@ -16,7 +16,7 @@ RESOURCES = pathlib.Path(__file__).resolve().parents[2] / "Resources"
 CODES = "ar de en es fr id it ja ko nl pl pt ro ru sv zh".split()
 RIGHT_TO_LEFT = {"ar"}
 
-# Names, and texts that a form holds for its designer and nobody sees.
+# Names, and the forms' placeholders, which are never shown.
 SAME_IN_EVERY_LANGUAGE = {"Norvane", "OK", "TextLabel", "PushButton", "OptionPage", "ProductItem",
                           "ProductPage", "UninstallPage", "UpgradePage", "QT_LAYOUT_DIRECTION"}
 

@@ -61,14 +61,14 @@ QString productIniPath();
 /// The signed-in account's settings, "KConfig.ini" in productDataDir(), likewise.
 QString accountIniPath();
 
-/// Fills what the product ini knows; productGroupId may be null and is then not read.
+/// Fills what the product ini holds; productGroupId may be null and is then not read.
 void readProductInfo(QString &productId, QString &version, QString &language,
                      QString *productGroupId);
 
 /// All of it at once.
 ProductInfo readProductInfo();
 
-/// Fills what the account ini knows.
+/// Fills what the account ini holds.
 void readAccountInfo(QString &uid, QString &email);
 
 AccountInfo readAccountInfo();
@@ -77,8 +77,8 @@ AccountInfo readAccountInfo();
 /// .dat beside it. Empty when there is none.
 QString findUninstaller();
 
-/// The page that setup wants to be opened after an uninstallation of the product with this id;
-/// empty when it names none.
+/// The page to open after an uninstallation of the product with this id, as its setup registered
+/// it; empty when there is none.
 QString uninstallJumpPage(const QString &productId);
 
 /// Whether the machine counts as connected to a network.

@@ -12,8 +12,8 @@ class KBaseTask;
 
 /// Fetches the current configuration document and the pictures that it refers to, into the
 /// folders from which the pages read them. Whatever fails leaves the files of an earlier run in
-/// place. There is no time limit here: the caller waits for as long as
-/// it may take and then calls abort().
+/// place. There is no time limit here: the caller waits for as long as it may take and then calls
+/// abort().
 ///
 /// GUI thread; needs an event loop. May be destroyed at any time, also while requests run.
 class ConfigDownloader : public QObject

@@ -44,6 +44,6 @@ int WINAPI WinMain(HINSTANCE /*instance*/, HINSTANCE /*previous*/, LPSTR /*comma
     for (std::vector<char> &argument : arguments)
         argv.push_back(argument.data());
     argv.push_back(nullptr);
-    // Ends the limit on the end, a thread, as well: nothing may hang after this.
+    // Also ends the thread that limits the end, so that nothing that may hang can come after it.
     Platform::endProcess(programMain(argc, argv.data()));
 }
