@@ -93,7 +93,7 @@ class Stopwatch:
         return delays
 
 
-class Fault:
+class Fault(installation.Installation):
     """One row: its sandbox, the run of the program in it, what was observed and what was wrong."""
 
     def __init__(self, binaries, folder, desktop):
@@ -112,22 +112,13 @@ class Fault:
         self.child_goes_on = False
         self.expected_output = []
         self.at_end = contextlib.ExitStack()
-        self.environment = {**desktop.environment, **installation.make(binaries, self.root)}
-        browser = installation.browser_folder(self.path("bin"), self.path("Received/links.txt"))
-        self.environment.update(
-            PATH=browser + os.pathsep + self.environment["PATH"],
-            CLIPWRIGHT_SANDBOX_SERVICE=refusing_url(),
-            # The X11 plugin warns of windows that the window manager removed before it did; debug
-            # lines are no warnings.
-            QT_LOGGING_RULES="qt.qpa.xcb=false;default.debug=false")
+        self.environment = {**installation.environment(binaries, self.root, desktop),
+                            "CLIPWRIGHT_SANDBOX_SERVICE": refusing_url()}
         # The sample package takes seconds to download; this one does not.
         self.write("Feed/package", bytes(range(250)) * 1200)
         self.order(FEED_ORDERS, target=self.path("Feed/Package"))
 
     # The sandbox
-
-    def path(self, relative=""):
-        return os.path.join(self.root, relative)
 
     def write(self, relative, content, mode=None):
         """Writes a file in place of whatever is there."""
@@ -159,18 +150,9 @@ class Fault:
                 return file.read()
         return None
 
-    def lines(self, relative):
-        return installation.lines(self.path(relative))
-
     def names_in(self, relative):
         folder = self.path(relative)
         return sorted(os.listdir(folder)) if os.path.isdir(folder) else []
-
-    def order(self, orders_file, **orders):
-        """Gives orders to a sample program or library, in place of those of the same names."""
-        kept = [line for line in self.lines(orders_file) if line.partition("=")[0] not in orders]
-        given = [f"{key}={value}" for key, value in orders.items()]
-        self.write(orders_file, "\n".join(given + kept) + "\n")
 
     def put_script(self, relative, body):
         """A child process of another kind: records that it was started, then runs the body."""
@@ -316,9 +298,6 @@ class Fault:
         self.wait_for_exit(limits=limits)
 
     # What the program did
-
-    def calls(self):
-        return [json.loads(line) for line in self.lines(DATA + "/Analystic/data_api.jsonl")]
 
     def base_info(self):
         return next(call["arguments"] for call in self.calls() if call["call"] == "data_base_info")

@@ -12,16 +12,9 @@ from tests.stories.story import MAIN, Story
 class NativeStory(Story):
     def prepare(self, resources):
         self.service = resources.enter_context(Service(os.path.join(self.out, "service")))
-        self.environment = {**self.desktop.environment,
-                            **installation.make(self.binaries, self.root)}
-        self.environment.update(
-            PATH=installation.browser_folder(self.path("bin"), self.path("Received/links.txt"))
-            + os.pathsep + self.environment["PATH"],
-            CLIPWRIGHT_SANDBOX_SERVICE=self.service.url,
-            QT_SCALE_FACTOR="3",  # the program sets its own
-            # The X11 plugin warns of windows that the window manager removed a moment before it
-            # did; debug lines are no warnings.
-            QT_LOGGING_RULES="qt.qpa.xcb=false;default.debug=false")
+        self.environment = {**installation.environment(self.binaries, self.root, self.desktop),
+                            "CLIPWRIGHT_SANDBOX_SERVICE": self.service.url,
+                            "QT_SCALE_FACTOR": "3"}  # the program sets its own
 
     def launch(self, wrap):
         return AccessibilityDriver(self.desktop, [*wrap, self._program()], self.environment,

@@ -64,7 +64,7 @@ class Outcome:
     requests: int = 30  # to the local service, where there is one: the document and its pictures
 
 
-class Story(abc.ABC):
+class Story(installation.Installation, abc.ABC):
     """What is the same on every platform. To be entered before it is played."""
 
     desktop_size = (1000, 680)
@@ -179,22 +179,12 @@ class Story(abc.ABC):
 
     # What the program did
 
-    def path(self, relative):
-        return os.path.join(self.root, relative)
-
     def product_folder(self):
         return self.path("Program Files/Norvane/Norvane Clipwright")
 
     @property
     def cache(self):
         return self.path("Temp/Norvane Clipwright Uninstaller/Configs")
-
-    def lines(self, relative):
-        return installation.lines(self.path(relative))
-
-    def calls(self):
-        record = "Temp/Norvane Clipwright Uninstaller/Analystic/data_api.jsonl"
-        return [json.loads(line) for line in self.lines(record)]
 
     def events(self):
         return [(call["category"], call["action"], json.loads(call["properties"]))
@@ -205,13 +195,6 @@ class Story(abc.ABC):
         folder = self.product_folder()
         return sorted(os.path.relpath(os.path.join(parent, file), folder)
                       for parent, _, files in os.walk(folder) for file in files)
-
-    def order(self, relative, **orders):
-        """Gives orders to a sample program or library, in place of those of the same names."""
-        kept = [line for line in self.lines(relative) if line.partition("=")[0] not in orders]
-        with open(self.path(relative), "w", encoding="utf-8") as file:
-            for line in [*(f"{key}={value}" for key, value in orders.items()), *kept]:
-                file.write(line + "\n")
 
     def wait_for_file(self, file, seconds=PATIENCE):
         wait_until(lambda: os.path.exists(file), seconds, file)

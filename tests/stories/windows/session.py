@@ -4,6 +4,7 @@ import os
 
 from tests.kit.desktop import PATIENCE, wait_until
 from tests.kit.driver import Role
+from tests.kit.installation import RECORD
 from tests.kit.listener import Listener
 from tests.stories import events, upgrade
 from tests.stories.removal import (GOODBYE_PAGE, MORE, ONCE, QUESTION, RUNNING, SILENTLY, SUCCESS,
@@ -29,7 +30,7 @@ def end_session_by_force(story):
 def judge(story, expected):
     """Judges one run of several."""
     story.judge(expected)
-    os.remove(story.path("Temp/Norvane Clipwright Uninstaller/Analystic/data_api.jsonl"))
+    os.remove(story.path(RECORD))
 
 
 def ask_for_confirmation(program):
