@@ -47,7 +47,7 @@ class UiAutomationDriver(Driver):
         return self._first(type=TYPES[role], name=name, window=window)
 
     def try_to_press(self, found):
-        if not found["enabled"]:
+        if not found["enabled"] or not found["rectangle"]:  # the latter when it has just gone
             return False
         left, top, width, height = found["rectangle"]
         # Wine tells a button of the mouse over it a little later.

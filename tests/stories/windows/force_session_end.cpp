@@ -1,5 +1,5 @@
 // force_session_end TITLE: tells the windows of that title that the user's session ends, whatever
-// they answer, as a forced shutdown does. Wine's own log-off goes by the answers.
+// they answer, as a forced shutdown does. Wine's own log-off obeys the answers.
 
 #include <windows.h>
 

@@ -38,7 +38,7 @@ bool makeUnstartable(const QString &program)
 
 FullDisk::FullDisk(quint64 bytes)
 {
-    // Else the signal, not a failed write, would tell.
+    // Without the signal, which would end the process, the write fails.
     std::signal(SIGXFSZ, SIG_IGN);
     limitFileSize(bytes);
 }
@@ -59,7 +59,7 @@ bool giveToAnotherUser(const QString &fileName)
 
 bool makePipe(const QString &fileName)
 {
-    // A failure here would be named as another system's lack.
+    // Returning false would skip the test, as on a system without such pipes.
     if (mkfifo(QFile::encodeName(fileName).constData(), S_IRUSR | S_IWUSR) != 0)
         qFatal("No named pipe can be made: %s", qPrintable(fileName));
     return true;
@@ -89,7 +89,7 @@ bool refuseThreads()
 {
     constexpr std::size_t tooLarge = std::size_t(1) << 46; // of a stack
     pthread_attr_t attributes;
-    // As above.
+    // Likewise.
     if (pthread_attr_init(&attributes) != 0 ||
         pthread_attr_setstacksize(&attributes, tooLarge) != 0 ||
         pthread_setattr_default_np(&attributes) != 0)
