@@ -6,6 +6,7 @@ import sys
 import unittest
 
 from tests.elevated.wineprogram import WineProgram, imported
+from tests.kit.installation import lines
 
 BINARIES, OUT = "", ""
 # What the program and Qt load by name alone: QLibrary looks beside the program first.
@@ -28,10 +29,7 @@ class PlantedLibraries(unittest.TestCase):
         process = self.program.start(*arguments, PLANTED_RECORD="Z:" + self.record, **options)
         self.program.wait_for_event("UninstallPopUp")
         self.program.end(process)
-        if not os.path.exists(self.record):
-            return []
-        with open(self.record, encoding="utf-8") as record:
-            return record.read().splitlines()
+        return lines(self.record)
 
     def test_that_the_test_sees_them(self):
         self.plant(self.program.folder, ["any.dll"])

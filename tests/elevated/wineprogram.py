@@ -9,6 +9,7 @@ import subprocess
 
 from tests.kit.desktop import PATIENCE, Desktop, wait_until
 from tests.kit.folders import make_afresh
+from tests.kit.installation import RECORD, lines
 from tests.kit.wine import Prefix
 
 MAKERS_LIBRARIES = ("data_api.dll", "nvUpgrade.dll")
@@ -45,13 +46,8 @@ class WineProgram:
 
     def calls(self):
         """What the analytics library was told, in order."""
-        record = os.path.join(self.prefix.variable("TEMP"), "Norvane Clipwright Uninstaller",
-                              "Analystic", "data_api.jsonl")
-        try:
-            with open(record, encoding="utf-8") as lines:
-                return [json.loads(line) for line in lines]
-        except FileNotFoundError:
-            return []
+        root = os.path.dirname(self.prefix.variable("TEMP"))
+        return [json.loads(line) for line in lines(os.path.join(root, RECORD))]
 
     def wait_for_event(self, action):
         wait_until(lambda: any(call.get("action") == action for call in self.calls()), PATIENCE,

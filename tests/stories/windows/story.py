@@ -102,11 +102,7 @@ class WindowsStory(Story):
                 if not (file.startswith("Uninstaller/") and file.endswith((".exe", ".dll")))]
 
     def arguments_received(self):
-        try:
-            with open(self.path("Received/uninstaller.txt"), encoding="ascii") as file:
-                return file.read().split()
-        except FileNotFoundError:
-            return []
+        return " ".join(self.lines("Received/uninstaller.txt")).split()
 
     def links(self):
         return lines(self._links)
