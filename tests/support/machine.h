@@ -46,6 +46,9 @@ bool giveToAnotherUser(const QString &fileName);
 /// Makes a named pipe. Returns false where a name of the file system cannot be one.
 bool makePipe(const QString &fileName);
 
+/// Whether this process has a file open.
+bool isOpen(const QString &fileName);
+
 /// Whether a file is a program that the system may hold on to after its process was killed.
 bool keepsKilledProgram(const QString &fileName);
 

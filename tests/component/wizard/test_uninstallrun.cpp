@@ -117,7 +117,11 @@ void TestUninstallRun::otherAnswersRemoveNothing()
 {
     QFETCH(Answer, answer);
     QFETCH(bool, deletesResources);
+    bool isAsked = true;
+    connect(qApp, &QGuiApplication::lastWindowClosed, &window(),
+            [this, &isAsked] { isAsked = window().findChild<ConfirmWindow *>()->isVisible(); });
     QVERIFY(quitsAfter([this, answer] { answerQuestion(answer); })); // with the last window
+    QVERIFY(!isAsked);
     QVERIFY(!window().isVisible());
     QVERIFY(!window().findChild<ConfirmWindow *>());
     QTest::qWait(200);

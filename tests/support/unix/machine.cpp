@@ -1,6 +1,8 @@
 #include "tests/support/machine.h"
 
+#include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 
 #include <algorithm>
 #include <csignal>
@@ -63,6 +65,15 @@ bool makePipe(const QString &fileName)
     if (mkfifo(QFile::encodeName(fileName).constData(), S_IRUSR | S_IWUSR) != 0)
         qFatal("No named pipe can be made: %s", qPrintable(fileName));
     return true;
+}
+
+bool isOpen(const QString &fileName)
+{
+    const QFileInfoList descriptors =
+        QDir(QStringLiteral("/proc/self/fd")).entryInfoList(QDir::Files | QDir::System);
+    return std::any_of(descriptors.begin(), descriptors.end(), [&](const QFileInfo &descriptor) {
+        return descriptor.symLinkTarget() == QFileInfo(fileName).canonicalFilePath();
+    });
 }
 
 bool keepsKilledProgram(const QString & /*fileName*/)

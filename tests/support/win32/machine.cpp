@@ -39,6 +39,17 @@ bool makePipe(const QString & /*fileName*/)
     return false;
 }
 
+bool isOpen(const QString &fileName)
+{
+    // For this process alone, which the system refuses while there is another handle.
+    const HANDLE alone = CreateFileW(reinterpret_cast<const wchar_t *>(fileName.utf16()),
+                                     GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (alone == INVALID_HANDLE_VALUE)
+        return GetLastError() == ERROR_SHARING_VIOLATION;
+    CloseHandle(alone);
+    return false;
+}
+
 // Wine keeps the file of a process that was killed while it was loaded.
 bool keepsKilledProgram(const QString &fileName)
 {

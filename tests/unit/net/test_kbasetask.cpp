@@ -2,6 +2,7 @@
 #include "tests/unit/net/nettest.h"
 
 #include <QtCore/QTimer>
+#include <QtNetwork/QSslConfiguration>
 #include <algorithm>
 
 namespace {
@@ -115,6 +116,8 @@ private Q_SLOTS:
     void failsWhenLessArrivesThanDeclaredEvenWithoutAnError();
     void buffersNoMoreThanTellsThatABodyIsTooLong_data();
     void buffersNoMoreThanTellsThatABodyIsTooLong();
+    void refusesOldTls_data();
+    void refusesOldTls();
     void readsAnAddressTolerantly();
     void keepsARequestOfItsOwn();
     void forwardsTheProgress();
@@ -184,6 +187,38 @@ void TestKBaseTask::buffersNoMoreThanTellsThatABodyIsTooLong()
     QTEST(task.buffer, "after");
     task.waitForFinished(-1);
     QTEST(task.status(), "status");
+}
+
+void TestKBaseTask::refusesOldTls_data()
+{
+    QTest::addColumn<QString>("url");
+    QTest::addColumn<int>("protocol");
+    QTest::newRow("encrypted") << "https://a.example/"_s << int(QSsl::TlsV1_2OrLater);
+    QTest::newRow("plain") << "http://a.example/"_s << int(QSsl::SecureProtocols); // as it was
+}
+
+void TestKBaseTask::refusesOldTls()
+{
+    class CannedManager : public QNetworkAccessManager
+    {
+    public:
+        int protocol = QSsl::UnknownProtocol;
+
+    protected:
+        QNetworkReply *createRequest(Operation /*operation*/, const QNetworkRequest &request,
+                                     QIODevice * /*data*/) override
+        {
+            protocol = request.sslConfiguration().protocol();
+            return new CannedReply(this, "text", {});
+        }
+    };
+    QFETCH(QString, url);
+    CannedManager manager;
+    KBaseTask task(&manager, url);
+    task.start();
+    task.waitForFinished(-1);
+    QCOMPARE(task.status(), KBaseTask::TaskSucceeded);
+    QTEST(manager.protocol, "protocol");
 }
 
 void TestKBaseTask::readsAnAddressTolerantly()

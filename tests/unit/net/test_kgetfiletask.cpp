@@ -23,6 +23,8 @@ private Q_SLOTS:
     void startsTheFileAgainFromZeroBytesOnARedirect();
     void failsWhenTheDiskIsFull_data();
     void failsWhenTheDiskIsFull();
+    void leavesNoFileWhenAbortedOnAFullDisk();
+    void closesTheFileBeforeItFinishes();
     void refusesATargetThatCannotBeOpened_data();
     void refusesATargetThatCannotBeOpened();
     void refusesANamedPipe();
@@ -89,6 +91,7 @@ void TestKGetFileTask::holdsLittleOfTheBodyInMemory()
     if (maxSize >= 0)
         task->setMaxSize(maxSize);
     task->start();
+    QCOMPARE(watch.findChild<QNetworkReply *>()->readBufferSize(), qint64(1) << 20);
     task->waitForFinished(-1);
     QCOMPARE(task->status(), KBaseTask::TaskSucceeded);
     QVERIFY(Sandbox::readFile(filePath()) == body);
@@ -161,6 +164,34 @@ void TestKGetFileTask::failsWhenTheDiskIsFull()
     }
     QCOMPARE(task->status(), KBaseTask::TaskFailed);
     QVERIFY(!QFile::exists(filePath()));
+}
+
+void TestKGetFileTask::leavesNoFileWhenAbortedOnAFullDisk()
+{
+    if (!Machine::FullDisk::isPossible)
+        QSKIP("files cannot be kept from growing here");
+    m_server->answer("/a"_s, Answer::ok("text").stalledInBody(2));
+    const auto task = this->task();
+    task->start();
+    QSignalSpy readyRead(m_manager->findChild<QNetworkReply *>(), &QNetworkReply::readyRead);
+    QVERIFY(readyRead.wait());
+    {
+        const Machine::FullDisk disk(0); // for what is not yet flushed
+        task->abort();
+    }
+    QVERIFY(!QFile::exists(filePath()));
+}
+
+// A thousand pictures would need a thousand open files.
+void TestKGetFileTask::closesTheFileBeforeItFinishes()
+{
+    m_server->answer("/a"_s, Answer::ok("text"));
+    const auto task = this->task();
+    QVERIFY(Machine::isOpen(filePath()));
+    task->start();
+    task->waitForFinished(-1);
+    QVERIFY(!Machine::isOpen(filePath()));
+    QVERIFY(QFile::remove(filePath()));
 }
 
 void TestKGetFileTask::refusesATargetThatCannotBeOpened_data()

@@ -284,6 +284,7 @@ void TestTasks::followsAChainOfRedirectsAndFinishesOnce()
     QCOMPARE(received(*task), QByteArray("text"));
     QCOMPARE(m_server->requests().size(), hops + 1);
     QCOMPARE(m_server->mostOpenRequests(), 1);
+    QTRY_COMPARE(m_manager->findChildren<QNetworkReply *>().size(), 1);
     QVERIFY(requestsAreOfTheKind());
 }
 

@@ -14,6 +14,7 @@ private Q_SLOTS:
     void reasonsFollowTheList();
     void homepageEntryFillsHeaderAndIsNoReason();
     void buttonsAreNamedForTheirLook();
+    void tabLeadsThroughTheReasons();
     void firstChoiceEnablesContinue();
     void reasonShowsWhatBelongsToIt_data();
     void reasonShowsWhatBelongsToIt();
@@ -110,6 +111,19 @@ void TestOptionPage::buttonsAreNamedForTheirLook()
     QCOMPARE(page.textEdit->placeholderText(), "Please describe the problem you encountered."_s);
 }
 
+void TestOptionPage::tabLeadsThroughTheReasons()
+{
+    OptionPage page(nullptr, objects(allTypes));
+    QCOMPARE(page.focusPolicy(), Qt::NoFocus);
+    page.show();
+    QVERIFY(QTest::qWaitForWindowActive(&page));
+    QVERIFY(reason(page, "Plain"_s)->hasFocus());
+    reason(page, "Other"_s)->setChecked(true);
+    QVERIFY(page.textEdit->hasFocus());
+    QTest::keyClick(page.textEdit, Qt::Key_Tab);
+    QVERIFY(page.btnContinue->hasFocus());
+}
+
 void TestOptionPage::firstChoiceEnablesContinue()
 {
     OptionPage page(nullptr, objects(allTypes));
@@ -176,6 +190,7 @@ void TestOptionPage::textBoxFollowsTheChoice()
 {
     OptionPage page(nullptr, objects(allTypes));
     const QVBoxLayout *layout = page.scrollContentsLayout;
+    QCOMPARE(layout->indexOf(page.pnlTextEdit), 5); // behind the reasons
     for (const QString &title : {"Other"_s, "Submit"_s, "Plain"_s, "Other"_s}) {
         QRadioButton *chosen = reason(page, title);
         chosen->setChecked(true);

@@ -172,6 +172,7 @@ void TestProducts::tabShowsItsCategory()
     Q_EMIT page.lstProduct->itemClicked(page.lstProduct->item(0));
     QTEST(lastProperty("pagetype"), "pageType");
     page.btnAll->click();
+    QCOMPARE(page.label_3->text(), "More Apps You Might Like"_s);
     QCOMPARE(names(page), "D1 D2 O1 U1"_s);
 }
 

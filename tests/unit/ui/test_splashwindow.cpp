@@ -23,6 +23,7 @@ private Q_SLOTS:
     void middleAloneLooksAsInTheWhole();
     void hidingStopsTheTurningForGood();
     void stoppedPictureIsNotTurned();
+    void contrastColourIsThePictures();
     void tabLeadsToTheCloseButton();
     void screenReadersAreToldInTheUsersLanguage();
 };
@@ -153,6 +154,25 @@ void TestSplashWindow::stoppedPictureIsNotTurned()
     painter.drawPixmap(expected.rect(), QPixmap(":/Resources/light/loading_2x.png"_s));
     painter.end();
     QCOMPARE(middleOf(window), expected);
+}
+
+void TestSplashWindow::contrastColourIsThePictures()
+{
+    const LookApplied look;
+    SplashWindow window(nullptr);
+    QTRY_VERIFY(!window.isSpinning()); // never shown
+    window.setContrastColour(Qt::green);
+    const QImage middle = middleOf(window);
+    bool isDrawn = false;
+    for (int y = 0; y < middle.height(); ++y) {
+        for (int x = 0; x < middle.width(); ++x) {
+            const QColor colour = middle.pixelColor(x, y); // green on white
+            QCOMPARE(colour.green(), 255);
+            QCOMPARE(colour.red(), colour.blue());
+            isDrawn = isDrawn || colour.red() < 50;
+        }
+    }
+    QVERIFY(isDrawn);
 }
 
 void TestSplashWindow::tabLeadsToTheCloseButton()

@@ -140,6 +140,7 @@ void TestUpgradePage::focusStaysOnThePage()
     page.showUpgrading();
     page.show();
     QVERIFY(QTest::qWaitForWindowActive(&page));
+    QVERIFY(!page.hasFocus());
     page.btnCancel->setFocus();
     page.btnCancel->setEnabled(false);
     QVERIFY(page.hasFocus()); // whose name is read as it changes

@@ -1,5 +1,7 @@
+#include "tests/support/interfacelanguage.h"
 #include "tests/support/literals.h"
 #include "tests/support/lookapplied.h"
+#include "tests/support/sandbox.h"
 #include "tests/support/testcase.h"
 #include "ui/confirmwindow.h"
 #include "ui/messagewindow.h"
@@ -27,6 +29,7 @@ private Q_SLOTS:
     void buttonsAnswer_data();
     void buttonsAnswer();
     void confirmation();
+    void longQuestionOfTheBoxIsBroken();
     void checkBoxKeepsItsState();
     void message();
     void heldKeyPressesOnce_data();
@@ -184,6 +187,18 @@ void TestWindows::confirmation()
     QCOMPARE(window.focusWidget(), window.btnCancel);
     window.show();
     QCOMPARE(window.size(), QSize(320, 320));
+}
+
+void TestWindows::longQuestionOfTheBoxIsBroken()
+{
+    const Sandbox sandbox;
+    const InterfaceLanguage language(*sandbox.operator->(), "ESP"_s);
+    const LookApplied look;
+    const ConfirmWindow window(nullptr);
+    const QStringList lines = window.checkBox->text().split(QLatin1Char('\n'));
+    QVERIFY(lines.size() > 1);
+    for (const QString &line : lines)
+        QVERIFY(window.checkBox->fontMetrics().horizontalAdvance(line) <= 210);
 }
 
 void TestWindows::checkBoxKeepsItsState()
