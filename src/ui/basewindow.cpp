@@ -5,6 +5,7 @@
 #include <QtCore/QVariant>
 #include <QtCore/QtMath>
 #include <QtGui/QCloseEvent>
+#include <QtGui/QPaintEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QLayout>
 #include <QtWidgets/QLineEdit>
@@ -13,6 +14,9 @@
 #include <QtWidgets/QStyleOption>
 
 namespace {
+
+/// The style sheet's borders and corners of windows lie in it.
+constexpr int rim = 12;
 
 /// Discards the repeats of a held key that presses what has the focus. They would answer the
 /// question that the first press has opened, or open a link many times over.
@@ -107,15 +111,21 @@ bool BaseWindow::refuseUsersClose(QCloseEvent *event)
     return event->spontaneous();
 }
 
-void BaseWindow::paintGround(QPainter &painter) const
+void BaseWindow::paintGround(QPainter &painter, const QRect &area) const
 {
+    // What moves is painted often, and the style would draw border and corners each time.
+    const QRect plain = rect().adjusted(rim, rim, -rim, -rim);
+    if (plain.contains(area)) {
+        painter.fillRect(plain, palette().window()); // the style sheet's
+        return;
+    }
     QStyleOption option;
     option.initFrom(this);
     style()->drawPrimitive(QStyle::PE_Widget, &option, &painter, this);
 }
 
-void BaseWindow::paintEvent(QPaintEvent * /*event*/)
+void BaseWindow::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
-    paintGround(painter);
+    paintGround(painter, event->rect());
 }

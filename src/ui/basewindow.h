@@ -29,8 +29,8 @@ protected:
     /// window system and returns whether it was one.
     static bool refuseUsersClose(QCloseEvent *event);
 
-    /// Paints the window's ground as the style sheet has it.
-    void paintGround(QPainter &painter) const;
+    /// Paints the window's ground, as the style sheet has it, at least in this area.
+    void paintGround(QPainter &painter, const QRect &area) const;
 
     void paintEvent(QPaintEvent *event) override;
 

@@ -14,7 +14,6 @@ constexpr int tickMs = 10;
 constexpr int turnMs = 1000;
 constexpr int pictureSide = 40;
 constexpr int repaintedSide = 100;
-constexpr int keptSide = repaintedSide + 8; // its rim may fall between the display's pixels
 
 } // namespace
 
@@ -84,38 +83,6 @@ void SplashWindow::closeEvent(QCloseEvent *event)
 {
     if (refuseUsersClose(event))
         Q_EMIT closed();
-}
-
-void SplashWindow::changeEvent(QEvent *event)
-{
-    m_middle = QPixmap();
-    BaseWindow::changeEvent(event);
-}
-
-void SplashWindow::resizeEvent(QResizeEvent *event)
-{
-    m_middle = QPixmap();
-    BaseWindow::resizeEvent(event);
-}
-
-void SplashWindow::paintGround(QPainter &painter, const QRect &area)
-{
-    if (!centred(repaintedSide).contains(area)) {
-        BaseWindow::paintGround(painter);
-        return;
-    }
-    // Keep the middle: painting the whole window's ground a hundred times a second costs too much.
-    const QRect kept = centred(keptSide);
-    if (m_middle.isNull()) {
-        const qreal ratio = devicePixelRatioF();
-        m_middle = QPixmap((QSizeF(kept.size()) * ratio).toSize());
-        m_middle.setDevicePixelRatio(ratio);
-        m_middle.fill(Qt::transparent);
-        QPainter middle(&m_middle);
-        middle.translate(-kept.topLeft());
-        BaseWindow::paintGround(middle);
-    }
-    painter.drawPixmap(kept.topLeft(), m_middle);
 }
 
 void SplashWindow::paintEvent(QPaintEvent *event)

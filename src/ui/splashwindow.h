@@ -30,9 +30,7 @@ Q_SIGNALS:
     void closed();
 
 protected:
-    void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private Q_SLOTS:
@@ -42,10 +40,8 @@ private:
     /// The interface's language is set only when loading is over.
     void translateForScreenReaders();
     QRect centred(int side) const;
-    void paintGround(QPainter &painter, const QRect &area);
 
     QPixmap m_picture;
-    QPixmap m_middle; ///< of the window's ground, where the picture turns
     QElapsedTimer m_clock;
     QTimer *m_timer;
 };
