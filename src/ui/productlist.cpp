@@ -29,8 +29,6 @@ ProductList::ProductList(QWidget *parent)
 
 void ProductList::addProducts(const QList<QJsonObject> &products)
 {
-    // All rows before the first tile: each new row makes the view go through all its tiles.
-    const int first = count();
     for (const QJsonObject &product : products) {
         auto *item = new QListWidgetItem;
         item->setSizeHint(QSize(168, 148));
@@ -39,13 +37,52 @@ void ProductList::addProducts(const QList<QJsonObject> &products)
         item->setData(Qt::AccessibleDescriptionRole, descriptionOf(product));
         addItem(item);
     }
-    for (int i = 0; i < products.size(); ++i) {
-        const QJsonObject &product = products.at(i);
+}
+
+QWidget *ProductList::itemWidget(QListWidgetItem *item)
+{
+    QWidget *tile = QListWidget::itemWidget(item);
+    if (!tile) {
+        const QJsonObject product = item->data(Qt::UserRole).toJsonObject();
         // Created with its final parent, so that it is polished only once.
-        setItemWidget(item(first + i),
-                      new ProductItem(Config::productIconPath(product), nameOf(product),
-                                      descriptionOf(product), viewport()));
+        tile = new ProductItem(Config::productIconPath(product), nameOf(product),
+                               descriptionOf(product), viewport());
+        setItemWidget(item, tile);
     }
+    return tile;
+}
+
+void ProductList::showEvent(QShowEvent *event)
+{
+    QListWidget::showEvent(event);
+    makeTilesInView();
+}
+
+void ProductList::scrollContentsBy(int dx, int dy)
+{
+    QListWidget::scrollContentsBy(dx, dy);
+    makeTilesInView();
+}
+
+void ProductList::updateGeometries()
+{
+    QListWidget::updateGeometries();
+    makeTilesInView();
+}
+
+void ProductList::makeTilesInView()
+{
+    if (!isVisible())
+        return;
+    // All of them before the first tile: each new tile makes the view lay out its rows again.
+    QList<QListWidgetItem *> inView;
+    for (int row = 0; row < count(); ++row) {
+        if (visualRect(model()->index(row, 0)).intersects(viewport()->rect()))
+            inView += item(row);
+    }
+    for (QListWidgetItem *item : qAsConst(inView))
+        itemWidget(item);
+    executeDelayedItemsLayout(); // gives the new tiles their places
 }
 
 void ProductList::openProduct(const QListWidgetItem *item, const QString &pageType)

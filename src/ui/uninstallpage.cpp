@@ -49,7 +49,6 @@ UninstallPage::UninstallPage(QWidget *parent, const QList<QJsonObject> &recommen
     setArrow("disabled");
     Look::sayStatus(*this, {lblTitle->text()});
 
-    setPicture("Uninstalling");
     lstProduct->addProducts(recommended);
     Look::setHint(edtEmail, tr("Email address"));
 
@@ -63,6 +62,14 @@ UninstallPage::UninstallPage(QWidget *parent, const QList<QJsonObject> &recommen
         Look::refreshStyle(edtEmail);
         label_5->hide();
     });
+}
+
+void UninstallPage::showEvent(QShowEvent *event)
+{
+    // Not with the hidden page: a picture is unpacked when its widget is polished.
+    if (imgUninstall->styleSheet().isEmpty())
+        setPicture("Uninstalling");
+    QWidget::showEvent(event);
 }
 
 void UninstallPage::start(QProcess *process)

@@ -48,6 +48,9 @@ Q_SIGNALS:
     /// The user wants the maker's other products.
     void btnProductClicked();
 
+protected:
+    void showEvent(QShowEvent *event) override;
+
 private Q_SLOTS:
     void timerTimeout();
     void lstProductItemClicked(QListWidgetItem *item);

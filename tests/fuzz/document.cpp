@@ -39,8 +39,10 @@ const LinkCatcher *links;
 
 void clickProducts(ProductList *list)
 {
-    for (int i = 0; i < list->count(); ++i)
+    for (int i = 0; i < list->count(); ++i) {
+        list->itemWidget(list->item(i)); // which no hidden page has made yet
         Q_EMIT list->itemClicked(list->item(i));
+    }
 }
 
 } // namespace

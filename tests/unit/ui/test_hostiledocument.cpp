@@ -132,7 +132,8 @@ void TestHostileDocument::markupIsShownAsText()
     OptionPage optionPage(nullptr, {homepage, option});
     UninstallPage uninstallPage(nullptr, {{{"name"_s, markup}, {"desc"_s, markup}}});
     int shown = 0;
-    for (const QWidget *page : std::initializer_list<QWidget *>{&optionPage, &uninstallPage}) {
+    for (QWidget *page : std::initializer_list<QWidget *>{&optionPage, &uninstallPage}) {
+        page->show();
         const QList<QLabel *> labels = page->findChildren<QLabel *>();
         for (const QLabel *label : labels) {
             shown += label->text() == markup;

@@ -200,6 +200,11 @@ void TestPicture::hostilePicturesTakeLittleMemory()
     for (QWidget *page :
          std::initializer_list<QWidget *>{&optionPage, &uninstallPage, &productPage}) {
         page->show();
+        const QList<ProductList *> views = page->findChildren<ProductList *>();
+        for (ProductList *view : views) {
+            for (int row = 0; row < view->count(); ++row)
+                view->itemWidget(view->item(row)); // as if scrolled through
+        }
         page->grab();
         const QList<QWidget *> widgets = page->findChildren<QWidget *>();
         for (const QWidget *widget : widgets)

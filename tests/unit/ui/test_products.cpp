@@ -8,8 +8,11 @@
 #include <QtGui/QAccessible>
 #include <QtGui/QFontInfo>
 #include <QtTest/QSignalSpy>
+#include <QtWidgets/QScrollBar>
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QStyleOptionButton>
+
+#include <algorithm>
 
 /// The product page, its list and its tiles.
 class TestProducts : public PageTest
@@ -20,6 +23,7 @@ private Q_SLOTS:
     void tileShowsItsProductAsItStands();
     void screenReadersGetNameAndDescription();
     void keysClickTheCurrentProduct();
+    void tilesAreMadeAsTheyComeIntoView();
     void tabsAreNamedAndNumbered();
     void onlyTooLongTabTextGetsSmallerLetters();
     void tabShowsItsCategory_data();
@@ -101,6 +105,67 @@ void TestProducts::keysClickTheCurrentProduct()
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space})
         QTest::keyClick(&list, key);
     QCOMPARE(clicks, 3);
+}
+
+void TestProducts::tilesAreMadeAsTheyComeIntoView()
+{
+    constexpr int products = 500;
+    QList<QJsonObject> list;
+    for (int i = 0; i < products; ++i)
+        list += {{"name"_s, QString::number(i)}};
+    ProductPage page(nullptr, {});
+    ProductList *shown = page.lstProduct;
+    shown->addProducts(list);
+    const auto tiles = [shown] { return shown->findChildren<ProductItem *>(); };
+    const auto isAsIfAllWereMade = [&] {
+        for (int row = 0; row < products; ++row) {
+            const QRect place = shown->visualItemRect(shown->item(row));
+            if (!place.intersects(shown->viewport()->rect()))
+                continue;
+            const QList<ProductItem *> all = tiles();
+            if (std::none_of(all.begin(), all.end(), [&](const ProductItem *tile) {
+                    return tile->isVisible() && tile->geometry() == place &&
+                           tile->label_3->text() == QString::number(row);
+                }))
+                return false;
+        }
+        return true;
+    };
+    QCOMPARE(tiles().size(), 0);
+    page.resize(720, 480);
+    page.show();
+    QVERIFY(isAsIfAllWereMade());
+    QVERIFY(tiles().size() < 20);
+
+    const QAccessibleInterface *view = QAccessible::queryAccessibleInterface(shown);
+    QCOMPARE(view->childCount(), products);
+    QCOMPARE(view->child(products - 1)->text(QAccessible::Name), QString::number(products - 1));
+
+    shown->setCurrentRow(0);
+    QTest::keyClick(shown, Qt::Key_PageDown);
+    QVERIFY(isAsIfAllWereMade());
+    QTest::keyClick(shown, Qt::Key_End);
+    QCOMPARE(shown->currentRow(), products - 1);
+    QVERIFY(isAsIfAllWereMade());
+    shown->verticalScrollBar()->setValue(shown->verticalScrollBar()->maximum() / 2);
+    QVERIFY(isAsIfAllWereMade());
+    page.resize(720, 900);
+    AWAIT(isAsIfAllWereMade());
+    QVERIFY(tiles().size() < 100);
+
+    page.btnCreativity->click();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(tiles().size(), 0);
+    shown->addProducts(list);
+    AWAIT(isAsIfAllWereMade());
+
+    page.hide();
+    page.btnUtility->click();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    shown->addProducts(list);
+    QCoreApplication::processEvents(); // lays the rows out
+    page.show();
+    QVERIFY(isAsIfAllWereMade());
 }
 
 void TestProducts::tabsAreNamedAndNumbered()
