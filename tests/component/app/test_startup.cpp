@@ -10,6 +10,7 @@
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QMutex>
+#include <QtCore/QProcess>
 #include <QtCore/QTimer>
 #include <QtGui/QIcon>
 #include <QtGui/QScreen>
@@ -28,6 +29,7 @@ class TestStartup : public TestCase
 private Q_SLOTS:
     void sessionStopsHalfASecondAfterTheWindowIsHidden();
     void closedSplashEndsTheProgramAfterHalfASecond();
+    void processEndsWithTheUsersSession();
     void sessionStopsEvenWhenNoThreadCanBeStarted();
 };
 
@@ -99,6 +101,19 @@ void verifyEnd(const Watch &watch)
 #endif
 }
 
+// What a process of its own does: the user's session ends while the main window is shown.
+int endUsersSession(QApplication &application)
+{
+    const ClosedPort service;
+    TestEndpoints::setConfiguration(service.url());
+    Startup::beginSession();
+    const Watch watch("MainWindow", [&application](const QWidget &) {
+        QMetaObject::invokeMethod(&application, "aboutToQuit");
+        QCoreApplication::exit(1);
+    });
+    return Startup::run(application);
+}
+
 QPoint middleOfTheScreen(const QWidget &window)
 {
     const QSize free = QGuiApplication::primaryScreen()->size() - window.size();
@@ -149,6 +164,17 @@ void TestStartup::closedSplashEndsTheProgramAfterHalfASecond()
     QVERIFY(!AnalyticsRecord::actions().contains("UninstallPopUp"_s)); // no main window
 }
 
+void TestStartup::processEndsWithTheUsersSession()
+{
+    const Sandbox sandbox;
+    QProcess process;
+    process.start(QCoreApplication::applicationFilePath(), {"--end-users-session"_s});
+    QVERIFY(process.waitForFinished(patienceMs));
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
+    QCOMPARE(AnalyticsRecord::calls().last().value("call"_s).toString(), "data_stop"_s);
+}
+
 void TestStartup::sessionStopsEvenWhenNoThreadCanBeStarted()
 {
     if (!Machine::refuseThreads()) // the last function: none can be started after it
@@ -158,5 +184,13 @@ void TestStartup::sessionStopsEvenWhenNoThreadCanBeStarted()
     closedSplashEndsTheProgramAfterHalfASecond();
 }
 
-QTEST_MAIN(TestStartup)
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    if (QCoreApplication::arguments().contains("--end-users-session"_s))
+        return endUsersSession(application);
+    TestStartup test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "test_startup.moc"

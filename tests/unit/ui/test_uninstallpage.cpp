@@ -374,6 +374,7 @@ void TestUninstallPage::arrowFollowsTheButton()
     QCOMPARE(picture->x(), page.btnProduct->width() - 24);
     QCOMPARE(picture->y(), 9);
     QCOMPARE(picture->styleSheet(), arrow("disabled"));
+    QCOMPARE(page.childAt(picture->mapTo(&page, picture->rect().center())), page.btnProduct);
 
     const auto send = [&page](QEvent::Type type) {
         QEvent event(type);
