@@ -62,22 +62,28 @@ void DownloadItem::taskFinished()
     if (m_task->status() != KBaseTask::TaskFailed) {
         for (const QString &name : std::as_const(m_fileNames))
             saveAs(name);
-        QFile::remove(temporaryFile());
     }
     Q_EMIT finished();
 }
 
 void DownloadItem::saveAs(const QString &name) const
 {
-    const QString fileName = Config::imagesDir() + QLatin1Char('/') + name;
-    // The disk may have no room for another copy: the earlier picture goes when this one is there.
-    const QString copy = temporaryFile() + QStringLiteral("copy");
-    QFile::remove(copy);
-    if (!QFile::copy(temporaryFile(), copy))
-        return;
-    QFile::remove(fileName);
-    if (!QFile::rename(copy, fileName))
+    // The last name, mostly the only one, takes the file itself: QFile::copy() waits for the disk.
+    QString whole = temporaryFile();
+    if (name != m_fileNames.constLast()) {
+        // The disk may have no room for a copy: the earlier picture goes when this one is there.
+        const QString copy = whole + QStringLiteral("copy");
         QFile::remove(copy);
+        if (!QFile::copy(whole, copy))
+            return;
+        whole = copy;
+    }
+    if (!QFile::exists(whole))
+        return;
+    const QString fileName = Config::imagesDir() + QLatin1Char('/') + name;
+    QFile::remove(fileName);
+    if (!QFile::rename(whole, fileName))
+        QFile::remove(whole);
 }
 
 QString DownloadItem::temporaryFile() const

@@ -16,7 +16,7 @@ private Q_SLOTS:
     void keepsTheEarlierPictureWhenTheDownloadFails_data() { Answers::failingRows(); }
     void keepsTheEarlierPictureWhenTheDownloadFails();
     void keepsTheEarlierPictureWhenTheDiskIsFull();
-    void keepsTheEarlierPictureWhenTheNewOneCannotBeCopied();
+    void keepsTheEarlierPictureWhenTheNewOneIsGone();
     void endsWithoutASignalWhenAborted_data() { Answers::stallingRows(); }
     void endsWithoutASignalWhenAborted();
     void cannotStartWithoutATemporaryFile_data();
@@ -130,7 +130,7 @@ void TestDownloadItem::keepsTheEarlierPictureWhenTheDiskIsFull()
     QCOMPARE(Sandbox::readFile(image("pid_1.png"_s)), m_earlier);
 }
 
-void TestDownloadItem::keepsTheEarlierPictureWhenTheNewOneCannotBeCopied()
+void TestDownloadItem::keepsTheEarlierPictureWhenTheNewOneIsGone()
 {
     if (!Machine::removesOpenFiles)
         QSKIP("an open file cannot be removed here");
