@@ -1,12 +1,25 @@
 """Stories on the native build: the sandbox flavour of the program with the local service, driven
 through the accessibility bus as a screen reader drives it."""
 
+import glob
 import os
+import re
+import time
 
 from tests.kit import installation
 from tests.kit.accessibility import AccessibilityDriver
+from tests.kit.desktop import PATIENCE, wait_until
 from tests.kit.service import Service
 from tests.stories.story import MAIN, Story
+
+
+def wake_ups(pid):
+    """How often each thread of a process has waited for something."""
+    counts = {}
+    for file in glob.glob(f"/proc/{pid}/task/*/status"):
+        with open(file, encoding="utf-8") as status:
+            counts[file] = re.search(r"\nvoluntary_ctxt_switches:\s+(\d+)", status.read()).group(1)
+    return counts
 
 
 class NativeStory(Story):
@@ -42,6 +55,16 @@ class NativeStory(Story):
 
     def links(self):
         return self.lines("Received/links.txt")
+
+    def expect_rest(self, page):
+        def sleeps():
+            before = wake_ups(self.program.process.pid)
+            time.sleep(3)
+            return wake_ups(self.program.process.pid) == before
+
+        # The framework looks for network interfaces each ten seconds, in two of its threads.
+        wait_until(sleeps, PATIENCE, f"three seconds in which no thread wakes up: {page}")
+        self.expect(True, f"nothing wakes up the program: {page}")
 
     def judge_surroundings(self, expected):
         super().judge_surroundings(expected)

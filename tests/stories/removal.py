@@ -43,16 +43,19 @@ def uninstall(story):
     with story.start() as program:
         program.wait_for(Role.BUTTON, "Cancel")
         story.picture("feedback")
+        story.expect_rest("feedback")
         program.press(Role.RADIO_BUTTON, FEATURE)
         program.type_into(Role.TEXT_FIELD, DETAILS, words)
         story.picture("reason-with-text-box")
         program.press(Role.RADIO_BUTTON, PRICE)
         program.press(Role.BUTTON, OFFER)
         story.picture("reason-with-offer")
+        story.expect_rest("a reason with an offer")
         program.press(Role.RADIO_BUTTON, FEATURE)
         program.press(Role.BUTTON, "Continue")
         program.wait_for(Role.LABEL, QUESTION)
         story.picture("confirmation")
+        story.expect_rest("confirmation")
         program.press(Role.BUTTON, "Remove")
         program.wait_for(Role.LABEL, RUNNING)
         story.desktop.press_keys("alt+F4", "alt+F4", title=MAIN)  # which a run refuses
@@ -71,6 +74,7 @@ def uninstall(story):
         story.picture("products")
         program.press(TAB, "Utility")
         story.picture("products-of-a-category")
+        story.expect_rest("products")
         program.press(Role.BUTTON, "Close")
         program.wait_for_exit()
     story.judge(Outcome(

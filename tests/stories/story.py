@@ -139,6 +139,10 @@ class Story(installation.Installation, abc.ABC):
         """What a file of the installation is called by its programs."""
         return path
 
+    def expect_rest(self, page):
+        """Waits until the program sleeps for some seconds, as it does where nothing moves. Under
+        Wine a process has threads that wake up by themselves, and nothing is expected."""
+
     def judge_surroundings(self, expected):
         """Judges what is seen beside the program's own records."""
         if self.service:
