@@ -5,8 +5,8 @@ usage: python3 -m tools.mutants [N] [SEED] [--only REGEX] [--quick | --nearest]
 Takes N places at random (100 unless told otherwise), each with one change: a call dropped, a
 condition negated, a comparison or a constant shifted. Works on a copy of the sources in
 build/mutants, so that the tree stays as it is. The tests that concern the changed file run
-first, the quickest before the others, then those of units and components, then all; a mutant is a
-survivor when every test passes.
+first, the quickest before the others, then those that concern the files that use it, those of units
+and components, and all; a mutant is a survivor when every test passes.
 Survivors that change nothing that can be observed stand with the reason in tools/mutants.toml, and
 do not count.
 """
@@ -131,6 +131,24 @@ def prepare(targets, stages):
     COSTS.unlink(missing_ok=True)
     if not all(map(passes, stages)):
         sys.exit(f"the unchanged sources fail {failing_test()}: {WORK / 'log.txt'}")
+    limit_tests()
+
+
+def seconds():
+    """What the tests that have run took."""
+    return {name: float(cost) for name, cost in re.findall(
+        r"^(\S+) \d+ (\S+)$", COSTS.read_text(encoding="utf-8"), re.MULTILINE)}
+
+
+def limit_tests():
+    """A change may make a test wait for ever: each gets four times what it took, at least 15 s."""
+    took = seconds()
+    for file in (BUILD / "tests").rglob("CTestTestfile.cmake"):
+        file.write_text(re.sub(
+            r'(set_tests_properties\(\[=\[(\S+)\]=\] .* TIMEOUT ")(\d+)',
+            lambda found: found[1] + str(max(15, round(4 * took[found[2]]))
+                                         if found[2] in took else found[3]),
+            file.read_text(encoding="utf-8")), encoding="utf-8")
 
 
 def builds(targets):
@@ -175,18 +193,41 @@ def include_lines():
             if (path.suffix == ".h" or path.match("test_*.cpp")) and "win32" not in path.parts}
 
 
+def included_by(file):
+    return re.findall(r'^#include "(.*)"', (ROOT / file).read_text(encoding="utf-8"), re.M)
+
+
+def own_header(file):
+    """The header that declares what a source defines, if any."""
+    first = included_by(file)[0]
+    return {first} if pathlib.Path(file).stem.startswith(pathlib.Path(first).stem) else set()
+
+
+def used_by(file):
+    """The headers of others that a source uses, or its form."""
+    form = (ROOT / file).with_suffix(".ui")
+    widgets = form.read_text(encoding="utf-8") if form.exists() else ""
+    return {*included_by(file), *re.findall("<header>(.*)</header>", widgets)} - own_header(file)
+
+
 @functools.cache
 def nearest(file):
     """The tests that have the changed file's name or include its header, be it through others."""
     path = pathlib.Path(file)
-    first = re.search(r'#include "(.*)"', (ROOT / file).read_text(encoding="utf-8"))[1]
-    near, headers = {path}, {first} if path.stem.startswith(pathlib.Path(first).stem) else set()
+    near, headers = {path}, own_header(file)
     while headers:
         found = {user for user, included in include_lines().items() if included & headers} - near
         near |= found
         headers = {str(user.relative_to(ROOT)).removeprefix("src/") for user in found}
     return sorted(user.stem for user in include_lines() if user.suffix == ".cpp"
                   and (user in near or user.stem == f"test_{path.stem}"))
+
+
+@functools.cache
+def next_nearest(file):
+    """Those nearest to the sources that use the changed one."""
+    users = [user for user in sources() if own_header(file) & used_by(user)]
+    return sorted({test for user in users for test in nearest(user)} - set(nearest(file)))
 
 
 def named(tests):
@@ -196,10 +237,8 @@ def named(tests):
 
 def one_by_one(tests):
     """Those of the last run, with their variants, the quickest first."""
-    seconds = {name: float(cost) for name, cost in re.findall(
-        r"^(\S+) \d+ (\S+)$", COSTS.read_text(encoding="utf-8"), re.MULTILINE)}
-    return [Stage("tests", "-R", f"^{re.escape(name)}$")
-            for name in sorted(seconds, key=seconds.get)
+    took = seconds()
+    return [Stage("tests", "-R", f"^{re.escape(name)}$") for name in sorted(took, key=took.get)
             if any(name == test or name.startswith(f"{test}_") for test in tests)]
 
 
@@ -219,7 +258,8 @@ def outcome(mutant, targets, stages):
     try:
         if not builds(targets):
             return "does not build"
-        for stage in one_by_one(nearest(mutant.file)) + stages:
+        for stage in [*one_by_one(nearest(mutant.file)),
+                      *one_by_one(next_nearest(mutant.file)), *stages]:
             if not passes(stage):
                 return failing_test()
         return "survived"
@@ -236,7 +276,8 @@ def main():
     fewer.add_argument("--quick", action="store_true",
                        help="ask the tests of units and components alone")
     fewer.add_argument("--nearest", action="store_true",
-                       help="ask those alone that concern the changed file, and change no other")
+                       help="ask those alone that concern the changed file and those that use it, "
+                            "and change no file without such tests")
     arguments = parser.parse_args()
 
     equivalent = tomllib.loads(EQUIVALENT.read_text(encoding="utf-8")).get("mutant", [])
@@ -248,7 +289,8 @@ def main():
     chosen = random.Random(arguments.seed).sample(places, min(arguments.number, len(places)))
     print(f"{len(chosen)} of {len(places)} mutants, seed {arguments.seed}", flush=True)
     stages = [] if arguments.nearest else [QUICK] if arguments.quick else [QUICK, WHOLE]
-    near = sorted({test for mutant in chosen for test in nearest(mutant.file)})
+    near = sorted({test for mutant in chosen
+                   for test in nearest(mutant.file) + next_nearest(mutant.file)})
     targets = (near if arguments.nearest else ["all"] if WHOLE in stages
                else ["tests/unit/all", "tests/component/all"])
     prepare(targets, stages or [named(near)])
