@@ -19,10 +19,8 @@ ConfirmWindow::ConfirmWindow(QWidget *parent)
     btnRemove->setObjectName(QStringLiteral("SecondaryBtn"));
     Look::setWrappedText(checkBox, checkBox->text(), checkBoxTextWidth);
     // The forms' minimum widths replace what longer texts need.
-    for (QPushButton *button : {btnRemove, btnCancel}) {
-        button->ensurePolished();
+    for (QPushButton *button : {btnRemove, btnCancel})
         button->setMinimumWidth(qMax(button->minimumWidth(), button->sizeHint().width()));
-    }
     resize(320, 320);
 
     connect(btnCancel, &QPushButton::clicked, this, [this] { Q_EMIT closed(0); });

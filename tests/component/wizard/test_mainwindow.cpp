@@ -5,6 +5,7 @@
 
 #include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QLayout>
 
 class TestMainWindow : public WizardTest
 {
@@ -15,6 +16,7 @@ private Q_SLOTS:
     void opensOnTheFeedbackPage();
     void pagesHaveTheirPlaces();
     void overlayCoversTheWindowWhileADialogIsOpen();
+    void dialogGrowsToItsTexts();
     void closeIsRefusedOnlyByADisabledAction();
     void offerOpensItsLink_data();
     void offerOpensItsLink();
@@ -83,6 +85,17 @@ void TestMainWindow::overlayCoversTheWindowWhileADialogIsOpen()
     QVERIFY(wasAsked);
     QVERIFY(layer->isHidden());
     QVERIFY(!window().findChild<ConfirmWindow *>());
+}
+
+void TestMainWindow::dialogGrowsToItsTexts()
+{
+    const LookApplied look("ConfirmWindow QCheckBox { font-size: 60px; }"_s);
+    int missing = -1;
+    answerQuestion([&missing](ConfirmWindow &dialog) {
+        missing = dialog.layout()->minimumHeightForWidth(dialog.width()) - dialog.height();
+        Q_EMIT dialog.closed(0);
+    });
+    QCOMPARE(missing, 0);
 }
 
 void TestMainWindow::closeIsRefusedOnlyByADisabledAction()

@@ -8,6 +8,8 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QPlainTextEdit>
 
 class TestLook : public TestCase
 {
@@ -21,6 +23,7 @@ private Q_SLOTS:
     void pathCannotAddARule();
     void ampersandsAreShown();
     void longTextIsBrokenIntoLines();
+    void hintHasTheColourOfTheText();
 };
 
 namespace {
@@ -115,6 +118,27 @@ void TestLook::longTextIsBrokenIntoLines()
     // A word that fits no line is broken inside rather than cut off.
     Look::setWrappedText(&box, QString(80, QLatin1Char('W')), 200);
     QVERIFY(box.text().contains(QLatin1Char('\n')));
+}
+
+void TestLook::hintHasTheColourOfTheText()
+{
+    QLineEdit line;
+    Look::setHint(&line, "Address"_s);
+    QCOMPARE(line.placeholderText(), "Address"_s);
+    QPlainTextEdit box;
+    Look::setHint(&box, "Problem"_s);
+    QCOMPARE(box.placeholderText(), "Problem"_s);
+    for (QWidget *edit : {static_cast<QWidget *>(&line), static_cast<QWidget *>(&box)}) {
+        for (const QColor colour : {Qt::red, Qt::blue}) {
+            // As the style sheets of some versions of the framework set it.
+            QPalette palette = edit->palette();
+            palette.setColor(QPalette::Text, colour);
+            palette.setColor(QPalette::PlaceholderText, Qt::gray);
+            edit->setPalette(palette);
+            for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
+                QCOMPARE(edit->palette().color(group, QPalette::PlaceholderText), colour);
+        }
+    }
 }
 
 QTEST_MAIN(TestLook)

@@ -19,6 +19,7 @@ private Q_SLOTS:
     void reasonShowsWhatBelongsToIt_data();
     void reasonShowsWhatBelongsToIt();
     void textBoxFollowsTheChoice();
+    void textBoxIsScrolledIntoView();
     void bannerFollowsTheChoice();
     void pictureThatCannotBeReadLeavesADarkGround_data();
     void pictureThatCannotBeReadLeavesADarkGround();
@@ -197,6 +198,23 @@ void TestOptionPage::textBoxFollowsTheChoice()
         QCOMPARE(layout->indexOf(page.pnlTextEdit), layout->indexOf(chosen) + 1);
         QCOMPARE(layout->count(), 5 + 2); // reasons, box, spacer
     }
+}
+
+void TestOptionPage::textBoxIsScrolledIntoView()
+{
+    QList<QJsonObject> many;
+    for (int i = 0; i < 20; ++i)
+        many += object(R"({"title": "A", "extend": "{\"option_type\":\"submit\"}"})");
+    OptionPage page(nullptr, many);
+    page.resize(720, 480);
+    page.show();
+    const QWidget *view = page.scrollArea->viewport();
+    const auto below = [&page, view] {
+        const QPoint bottom = page.pnlTextEdit->mapTo(view, page.pnlTextEdit->rect().bottomLeft());
+        return view->rect().bottom() - bottom.y();
+    };
+    reasons(page).at(15)->setChecked(true);
+    QTRY_COMPARE(below(), 8);
 }
 
 void TestOptionPage::bannerFollowsTheChoice()

@@ -20,6 +20,7 @@ private Q_SLOTS:
     void angleFollowsTheClock_data();
     void angleFollowsTheClock();
     void lateTicksDoNotSlowTheTurning();
+    void turnedPictureIsSmooth();
     void onlyTheMiddleIsRepainted();
     void partsLookAsInTheWhole_data();
     void partsLookAsInTheWhole();
@@ -39,6 +40,16 @@ QImage middleOf(SplashWindow &window)
     image.fill(Qt::white);
     window.render(&image);
     return image.copy((window.width() - 40) / 2, (window.height() - 40) / 2, 40, 40);
+}
+
+QSet<QRgb> coloursOf(const QImage &image)
+{
+    QSet<QRgb> colours;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            colours += image.pixel(x, y);
+    }
+    return colours;
 }
 
 // Of any channel of any pixel.
@@ -80,6 +91,20 @@ void TestSplashWindow::lateTicksDoNotSlowTheTurning()
     const QImage before = middleOf(window);
     QThread::msleep(400); // a busy GUI thread: not one tick is handled
     QVERIFY(middleOf(window) != before);
+}
+
+// Between two pixels of the picture lies a colour that none of them has.
+void TestSplashWindow::turnedPictureIsSmooth()
+{
+    const LookApplied look;
+    SplashWindow window(nullptr);
+    window.show();
+    const QImage picture(":/Resources/light/loading_2x.png"_s);
+    QImage upright(picture.size(), QImage::Format_ARGB32);
+    upright.fill(Qt::white);
+    QPainter(&upright).drawImage(0, 0, picture);
+    const QSet<QRgb> colours = coloursOf(upright);
+    QTRY_VERIFY(!colours.contains(coloursOf(middleOf(window))));
 }
 
 void TestSplashWindow::onlyTheMiddleIsRepainted()
@@ -192,7 +217,9 @@ void TestSplashWindow::contrastColourIsThePictures()
     SplashWindow window(nullptr);
     QTRY_VERIFY(!window.isSpinning()); // never shown
     window.setContrastColour(Qt::green);
+    QCOMPARE(window.contrastColour(), QColor(Qt::green));
     const QImage middle = middleOf(window);
+    QCOMPARE(middle.pixelColor(0, 0), QColor(Qt::white)); // outside the picture's ring
     bool isDrawn = false;
     for (int y = 0; y < middle.height(); ++y) {
         for (int x = 0; x < middle.width(); ++x) {

@@ -1,4 +1,5 @@
 #include "tests/support/linkcatcher.h"
+#include "tests/support/lookapplied.h"
 #include "tests/support/offlinemachine.h"
 #include "tests/support/patience.h"
 #include "tests/unit/ui/pagetest.h"
@@ -28,6 +29,7 @@ private Q_SLOTS:
     void jumpingClockMakesNoSuccessOfAFailure();
     void doneTakesTheAddress_data();
     void doneTakesTheAddress();
+    void onlyTheHintHasTheHintsColour();
     void offlineThereAreNoMoreProducts();
     void exitsReportTheResult_data();
     void exitsReportTheResult();
@@ -48,10 +50,14 @@ QList<QJsonObject> products()
                        {"name": "Two", "desc": "second"}])");
 }
 
-QString arrow(const char *state)
+QString picture(const UninstallPage &page)
 {
-    return ".QWidget{border-image: url(:/Resources/light/Arrow_%1_2x.png);}"_s.arg(
-        QLatin1String(state));
+    return page.imgUninstall->styleSheet();
+}
+
+QString pictureNamed(const char *name)
+{
+    return ".QWidget{border-image: url(:/Resources/light/%1_2x.png);}"_s.arg(QLatin1String(name));
 }
 
 } // namespace
@@ -159,7 +165,10 @@ void TestUninstallPage::successView()
     QVERIFY(page.pnlSubscribe->isHidden());
     QVERIFY(!page.btnClose->isEnabled());
 
+    QCOMPARE(picture(page), pictureNamed("Uninstalling"));
+
     QTRY_COMPARE(isShown, (QList<bool>{false, true}));
+    QCOMPARE(picture(page), pictureNamed("UninstallSuccess"));
     QVERIFY(page.progressBar->isHidden());
     QVERIFY(page.edtEmail->isVisible());
     QVERIFY(page.edtEmail->hasFocus());
@@ -194,6 +203,7 @@ void TestUninstallPage::failureView()
     page.start(&process);
     page.fail();
     QVERIFY(!page.isRunning());
+    QCOMPARE(picture(page), pictureNamed("UninstallFailed"));
     QVERIFY(page.progressBar->isHidden());
     QVERIFY(page.pnlSubscribe->isVisible());
     QVERIFY(page.edtEmail->isHidden());
@@ -286,6 +296,19 @@ void TestUninstallPage::doneTakesTheAddress()
     }
 }
 
+void TestUninstallPage::onlyTheHintHasTheHintsColour()
+{
+    const LookApplied look;
+    UninstallPage page(nullptr, {});
+    page.edtEmail->ensurePolished();
+    const auto colour = [&page] { return page.edtEmail->palette().color(QPalette::Text); };
+    const QColor hint = colour();
+    page.edtEmail->setText("x"_s);
+    QVERIFY(colour() != hint);
+    page.edtEmail->clear();
+    QCOMPARE(colour(), hint);
+}
+
 void TestUninstallPage::offlineThereAreNoMoreProducts()
 {
     UninstallPage online(nullptr, {});
@@ -368,33 +391,33 @@ void TestUninstallPage::arrowFollowsTheButton()
     UninstallPage page(nullptr, {});
     page.resize(720, 480);
     page.show();
-    const QWidget *picture = page.btnProduct->findChild<QWidget *>();
-    QVERIFY(picture);
-    QCOMPARE(picture->size(), QSize(24, 24));
-    QCOMPARE(picture->x(), page.btnProduct->width() - 24);
-    QCOMPARE(picture->y(), 9);
-    QCOMPARE(picture->styleSheet(), arrow("disabled"));
-    QCOMPARE(page.childAt(picture->mapTo(&page, picture->rect().center())), page.btnProduct);
+    const QWidget *arrow = page.btnProduct->findChild<QWidget *>();
+    QVERIFY(arrow);
+    QCOMPARE(arrow->size(), QSize(24, 24));
+    QCOMPARE(arrow->x(), page.btnProduct->width() - 24);
+    QCOMPARE(arrow->y(), 9);
+    QCOMPARE(arrow->styleSheet(), pictureNamed("Arrow_disabled"));
+    QCOMPARE(page.childAt(arrow->mapTo(&page, arrow->rect().center())), page.btnProduct);
 
     const auto send = [&page](QEvent::Type type) {
         QEvent event(type);
         QApplication::sendEvent(page.btnProduct, &event);
     };
     send(QEvent::Leave); // nothing happens while the button is disabled
-    QCOMPARE(picture->styleSheet(), arrow("disabled"));
+    QCOMPARE(arrow->styleSheet(), pictureNamed("Arrow_disabled"));
 
     page.btnProduct->setEnabled(true);
-    QCOMPARE(picture->styleSheet(), arrow("normal"));
+    QCOMPARE(arrow->styleSheet(), pictureNamed("Arrow_normal"));
     send(QEvent::Enter);
-    QCOMPARE(picture->styleSheet(), arrow("hover"));
+    QCOMPARE(arrow->styleSheet(), pictureNamed("Arrow_hover"));
     QTest::mousePress(page.btnProduct, Qt::LeftButton);
-    QCOMPARE(picture->styleSheet(), arrow("pressed"));
+    QCOMPARE(arrow->styleSheet(), pictureNamed("Arrow_pressed"));
     QTest::mouseRelease(page.btnProduct, Qt::LeftButton);
-    QCOMPARE(picture->styleSheet(), arrow("pressed")); // until the pointer leaves
+    QCOMPARE(arrow->styleSheet(), pictureNamed("Arrow_pressed")); // until the pointer leaves
     send(QEvent::Leave);
-    QCOMPARE(picture->styleSheet(), arrow("normal"));
+    QCOMPARE(arrow->styleSheet(), pictureNamed("Arrow_normal"));
     page.btnProduct->setEnabled(false);
-    QCOMPARE(picture->styleSheet(), arrow("normal"));
+    QCOMPARE(arrow->styleSheet(), pictureNamed("Arrow_normal"));
 }
 
 void TestUninstallPage::arrowIsMirroredWithTheLayout()
@@ -404,10 +427,10 @@ void TestUninstallPage::arrowIsMirroredWithTheLayout()
     page.resize(720, 480);
     page.show();
     page.btnProduct->setEnabled(true);
-    const QWidget *picture = page.btnProduct->findChild<QWidget *>();
-    QCOMPARE(picture->x(), 0);
-    QCOMPARE(picture->y(), 9);
-    QCOMPARE(picture->styleSheet(), arrow("rtl_normal"));
+    const QWidget *arrow = page.btnProduct->findChild<QWidget *>();
+    QCOMPARE(arrow->x(), 0);
+    QCOMPARE(arrow->y(), 9);
+    QCOMPARE(arrow->styleSheet(), pictureNamed("Arrow_rtl_normal"));
     QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
 

@@ -154,6 +154,11 @@ void TestUpgradePage::focusStaysOnThePage()
     QCOMPARE(read->text(QAccessible::Description),
              "Upgrade completed The new version is more stable and faster!"_s);
 
+    page.btnClose->setFocus();
+    page.btnCancel->setEnabled(false);
+    page.btnCancel->setEnabled(true);
+    QVERIFY(page.btnClose->hasFocus());
+
     page.showUpgrading();
     QCOMPARE(page.btnCancel->accessibleDescription(), QString());
 }

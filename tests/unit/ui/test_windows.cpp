@@ -26,10 +26,13 @@ class TestWindows : public TestCase
 private Q_SLOTS:
     void ownerDecidesOnClosing_data();
     void ownerDecidesOnClosing();
+    void groundIsTheStyleSheets_data();
+    void groundIsTheStyleSheets();
     void buttonsAnswer_data();
     void buttonsAnswer();
     void confirmation();
     void longQuestionOfTheBoxIsBroken();
+    void buttonsAreAsWideAsTheirTexts();
     void checkBoxKeepsItsState();
     void message();
     void heldKeyPressesOnce_data();
@@ -145,6 +148,28 @@ void TestWindows::ownerDecidesOnClosing()
     QCOMPARE(asking.answers->size(), 2);
 }
 
+void TestWindows::groundIsTheStyleSheets_data()
+{
+    QTest::addColumn<Ask>("ask");
+    QTest::newRow("confirmation") << Ask(confirmWindow);
+    QTest::newRow("message") << Ask(messageWindow);
+    QTest::newRow("splash") << Ask(splashWindow);
+}
+
+void TestWindows::groundIsTheStyleSheets()
+{
+    QFETCH(const Ask, ask);
+    const LookApplied look;
+    const Asking asking = ask(nullptr);
+    BaseWindow &window = *asking.window;
+    QImage image(window.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    window.render(&image);
+    QCOMPARE(image.pixelColor(0, 0).alpha(), 0); // outside the rounded corner
+    QCOMPARE(image.pixelColor(image.width() / 2, image.height() - 1), QColor("#EBEBEB"_s));
+    QCOMPARE(image.pixelColor(6, image.height() / 2), QColor(Qt::white));
+}
+
 void TestWindows::buttonsAnswer_data()
 {
     QTest::addColumn<Ask>("ask");
@@ -199,6 +224,16 @@ void TestWindows::longQuestionOfTheBoxIsBroken()
     QVERIFY(lines.size() > 1);
     for (const QString &line : lines)
         QVERIFY(window.checkBox->fontMetrics().horizontalAdvance(line) <= 210);
+}
+
+void TestWindows::buttonsAreAsWideAsTheirTexts()
+{
+    const LookApplied look("#PrimaryBtn, #SecondaryBtn { font-size: 40px; }"_s);
+    const ConfirmWindow window(nullptr);
+    for (const QPushButton *button : {window.btnRemove, window.btnCancel}) {
+        QVERIFY(button->sizeHint().width() > 96); // the form's minimum
+        QVERIFY(button->minimumWidth() >= button->sizeHint().width());
+    }
 }
 
 void TestWindows::checkBoxKeepsItsState()

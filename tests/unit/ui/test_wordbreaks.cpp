@@ -1,6 +1,7 @@
 #include "tests/support/testcase.h"
 #include "ui/wordbreaks.h"
 
+#include <QtCore/QRegularExpression>
 #include <QtCore/QTextBoundaryFinder>
 #include <QtTest/QTest>
 
@@ -37,6 +38,9 @@ void TestWordBreaks::linesEndBetweenWords_data()
              "理由を|お聞かせください",
              "またの|ご利用",
              "お使い",
+             "私の|お茶",
+             // two kana and more
+             "もし|使えば",
          })
         QTest::newRow(marked) << QString::fromUtf8(marked);
 }
@@ -46,6 +50,9 @@ void TestWordBreaks::linesEndBetweenWords()
     QFETCH(const QString, marked);
     const QString text = QString(marked).remove(QLatin1Char('|'));
     QString shown = WordBreaks::joined(text);
+    // Joiners stand in front of letters only, and begin no line.
+    const QRegularExpression misplaced(QStringLiteral("\\x{2060}(\\s|\\z)|\\n\\x{2060}"));
+    QVERIFY(!shown.contains(misplaced));
     QTextBoundaryFinder finder(QTextBoundaryFinder::Line, shown);
     finder.toEnd();
     while (finder.toPreviousBoundary() > 0)
