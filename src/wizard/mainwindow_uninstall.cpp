@@ -49,7 +49,6 @@ void MainWindow::btnContinueClicked()
     setEnabled(false);
     const QString program = AppEnv::findUninstaller();
     if (program.isEmpty()) {
-        setEnabled(true);
         uninstallStarted();
         uninstallPage->failAfter(noUninstallerDelayMs);
         return;

@@ -30,7 +30,7 @@ bool write(const QByteArray &bytes, QFile &file)
     stream.setCodec("UTF-8");
     stream << bytes;
     stream.flush();
-    return stream.status() == QTextStream::Ok && file.flush();
+    return stream.status() == QTextStream::Ok;
 }
 
 /// Over what is there, so that bytes which already have room on a full disk keep it.

@@ -15,6 +15,7 @@
 #include <QtGui/QIcon>
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
+#include <QtNetwork/QNetworkProxy>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 #include <algorithm>
@@ -29,6 +30,8 @@ class TestStartup : public TestCase
 private Q_SLOTS:
     void sessionStopsHalfASecondAfterTheWindowIsHidden();
     void closedSplashEndsTheProgramAfterHalfASecond();
+    void sessionBeginsWithTheUsersProxyAndTheMachine();
+    void processEndsWithTheUsersSession_data();
     void processEndsWithTheUsersSession();
     void sessionStopsEvenWhenNoThreadCanBeStarted();
 };
@@ -101,13 +104,16 @@ void verifyEnd(const Watch &watch)
 #endif
 }
 
-// What a process of its own does: the user's session ends while the main window is shown.
-int endUsersSession(QApplication &application)
+// What a process of its own does: the user's session ends while a window is shown.
+int endUsersSession(QApplication &application, const char *window)
 {
-    const ClosedPort service;
+    ScriptedServer service;
+    auto answer = ScriptedServer::Answer::ok();
+    const bool isLoading = qstrcmp(window, "SplashWindow") == 0;
+    service.answer("/uninstall/cfg/v1/846-en.json"_s, isLoading ? answer.silent() : answer);
     TestEndpoints::setConfiguration(service.url());
     Startup::beginSession();
-    const Watch watch("MainWindow", [&application](const QWidget &) {
+    const Watch watch(window, [&application](const QWidget &) {
         QMetaObject::invokeMethod(&application, "aboutToQuit");
         QCoreApplication::exit(1);
     });
@@ -131,9 +137,11 @@ void TestStartup::sessionStopsHalfASecondAfterTheWindowIsHidden()
     TestEndpoints::setConfiguration(service.url());
     QList<int> delays;
     QString translated;
+    bool asksEveryWindow = true;
     const Watch watch("MainWindow", [&](QWidget &window) {
         delays = pendingDelays();
         translated = QCoreApplication::translate("SplashWindow", "Close");
+        asksEveryWindow = QGuiApplication::isFallbackSessionManagementEnabled();
         QCoreApplication::quit();
         QCOMPARE(window.pos(), middleOfTheScreen(window));
     });
@@ -141,6 +149,7 @@ void TestStartup::sessionStopsHalfASecondAfterTheWindowIsHidden()
     verifyEnd(watch);
     QCOMPARE(delays, QList<int>{50}); // to the splash's end
     QCOMPARE(translated, "Schließen"_s);
+    QVERIFY(!asksEveryWindow);
     QList<int> sides;
     for (const QSize &size : QGuiApplication::windowIcon().availableSizes())
         sides += size.width();
@@ -164,11 +173,33 @@ void TestStartup::closedSplashEndsTheProgramAfterHalfASecond()
     QVERIFY(!AnalyticsRecord::actions().contains("UninstallPopUp"_s)); // no main window
 }
 
-void TestStartup::processEndsWithTheUsersSession()
+void TestStartup::sessionBeginsWithTheUsersProxyAndTheMachine()
 {
     const Sandbox sandbox;
+    sandbox.writeFile("ProgramData/Norvane Clipwright/KConfig.ini"_s,
+                      "[ProxyInfo]\nMode=2\nServer=proxy.invalid\nPort=8080\n");
+    Startup::beginSession();
+    QCOMPARE(QNetworkProxy::applicationProxy().hostName(), "proxy.invalid"_s);
+    QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
+    QStringList calls;
+    for (const QJsonObject &call : AnalyticsRecord::calls())
+        calls += call.value("call"_s).toString();
+    QCOMPARE(calls, QStringList({"data_init"_s, "data_base_info"_s}));
+}
+
+void TestStartup::processEndsWithTheUsersSession_data()
+{
+    QTest::addColumn<QString>("window");
+    QTest::newRow("while loading") << "SplashWindow";
+    QTest::newRow("in the wizard") << "MainWindow";
+}
+
+void TestStartup::processEndsWithTheUsersSession()
+{
+    QFETCH(const QString, window);
+    const Sandbox sandbox;
     QProcess process;
-    process.start(QCoreApplication::applicationFilePath(), {"--end-users-session"_s});
+    process.start(QCoreApplication::applicationFilePath(), {"--end-users-session"_s, window});
     QVERIFY(process.waitForFinished(patienceMs));
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
     QCOMPARE(process.exitCode(), 0);
@@ -188,7 +219,7 @@ int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
     if (QCoreApplication::arguments().contains("--end-users-session"_s))
-        return endUsersSession(application);
+        return endUsersSession(application, qPrintable(QCoreApplication::arguments().constLast()));
     TestStartup test;
     return QTest::qExec(&test, argc, argv);
 }

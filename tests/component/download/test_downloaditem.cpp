@@ -75,6 +75,7 @@ void TestDownloadItem::replacesThePicturesOfAllItsNamesWhenTheNewOneIsWhole()
     writeFile(image("pid_1.png"_s), m_earlier);
     writeFile(image("option_3.png"_s), m_earlier);
     writeFile(image("pid_1.png.~tmp"_s), "longer than the new picture, left by an earlier run");
+    writeFile(image("pid_1.png.~tmpcopy"_s), "left as well");
     QTRY_VERIFY(!hasReplies());
 
     const auto item = this->item(names.mid(0, 2));
@@ -86,7 +87,8 @@ void TestDownloadItem::replacesThePicturesOfAllItsNamesWhenTheNewOneIsWhole()
         item->addFileName(name);
     QCOMPARE(item->fileNames(), names); // each of them once
     QTRY_COMPARE(m_server->heldAnswers(), 1);
-    QCOMPARE(images(), QStringList({"option_3.png"_s, "pid_1.png"_s, "pid_1.png.~tmp"_s}));
+    QCOMPARE(images(), QStringList({"option_3.png"_s, "pid_1.png"_s, "pid_1.png.~tmp"_s,
+                                    "pid_1.png.~tmpcopy"_s}));
     QCOMPARE(Sandbox::readFile(image("pid_1.png"_s)), m_earlier);
     QCOMPARE(Sandbox::readFile(image("option_3.png"_s)), m_earlier);
 

@@ -15,6 +15,7 @@ private Q_SLOTS:
     void homepageEntryFillsHeaderAndIsNoReason();
     void buttonsAreNamedForTheirLook();
     void tabLeadsThroughTheReasons();
+    void longReasonIsBroken();
     void firstChoiceEnablesContinue();
     void reasonShowsWhatBelongsToIt_data();
     void reasonShowsWhatBelongsToIt();
@@ -95,6 +96,7 @@ void TestOptionPage::homepageEntryFillsHeaderAndIsNoReason()
 {
     const OptionPage page(nullptr, objects(allTypes));
     QCOMPARE(page.lblTitle->text(), "Why?"_s);
+    QCOMPARE(page.accessibleName(), "Why?"_s);
     QCOMPARE(page.label->text(), "Hi"_s);
     QCOMPARE(page.pnlLeft->styleSheet(),
              ".QWidget{border-image: url(:/Resources/light/Option0_2x.png);}"_s);
@@ -121,8 +123,26 @@ void TestOptionPage::tabLeadsThroughTheReasons()
     QVERIFY(reason(page, "Plain"_s)->hasFocus());
     reason(page, "Other"_s)->setChecked(true);
     QVERIFY(page.textEdit->hasFocus());
+    reason(page, "Other"_s)->setFocus();
+    QTest::keyClick(reason(page, "Other"_s), Qt::Key_Tab);
+    QVERIFY(page.textEdit->hasFocus());
     QTest::keyClick(page.textEdit, Qt::Key_Tab);
     QVERIFY(page.btnContinue->hasFocus());
+
+    QTest::mouseClick(reason(page, "Other"_s), Qt::LeftButton, {}, QPoint(10, 10));
+    QVERIFY(page.btnContinue->hasFocus()); // nothing new was chosen
+    QTest::mouseClick(reason(page, "Plain"_s), Qt::LeftButton, {}, QPoint(10, 10));
+    QVERIFY(reason(page, "Plain"_s)->hasFocus());
+}
+
+void TestOptionPage::longReasonIsBroken()
+{
+    const OptionPage page(nullptr, {{{"title"_s, "word "_s.repeated(60)}}});
+    const QRadioButton *shown = reasons(page).constFirst();
+    const QStringList lines = shown->text().split(QLatin1Char('\n'));
+    QVERIFY(lines.size() > 1);
+    for (const QString &line : lines)
+        QVERIFY(shown->fontMetrics().horizontalAdvance(line) <= 330);
 }
 
 void TestOptionPage::firstChoiceEnablesContinue()

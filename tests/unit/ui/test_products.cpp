@@ -166,7 +166,7 @@ void TestProducts::tilesAreMadeAsTheyComeIntoView()
     page.btnUtility->click();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     shown->addProducts(list);
-    QCoreApplication::processEvents(); // lays the rows out
+    shown->doItemsLayout();
     page.show();
     QVERIFY(isAsIfAllWereMade());
 }
