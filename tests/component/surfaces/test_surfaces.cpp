@@ -20,14 +20,10 @@ class TestSurfaces : public TestCase
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyTextFits_data();
-    void everyTextFits();
-    void everythingSpeaks_data();
-    void everythingSpeaks();
+    void everythingFitsAndSpeaks_data();
+    void everythingFitsAndSpeaks();
 
 private:
-    void addSurfaces();
-
     // From the start on: the surfaces are listed in the installation's language.
     const Sandbox m_sandbox;
     const LinkCatcher m_links;
@@ -37,7 +33,7 @@ private:
     const LookApplied m_look{SystemLook::rules()};
 };
 
-void TestSurfaces::addSurfaces()
+void TestSurfaces::everythingFitsAndSpeaks_data()
 {
     QTest::addColumn<Gallery::Surface>("surface");
     const QList<Gallery::Surface> surfaces = Gallery::surfaces();
@@ -46,31 +42,14 @@ void TestSurfaces::addSurfaces()
         QTest::newRow(qPrintable(surface.name)) << surface;
 }
 
-void TestSurfaces::everyTextFits_data()
-{
-    addSurfaces();
-}
-
-void TestSurfaces::everyTextFits()
+// Both of each window at once: to make the windows takes most of this test's time.
+void TestSurfaces::everythingFitsAndSpeaks()
 {
     QFETCH(const Gallery::Surface, surface);
     const std::unique_ptr<QWidget> window = surface.show();
     if (qobject_cast<MainWindow *>(window.get()))
         QCOMPARE(window->size(), QSize(720, 480)); // no text makes it larger
-    const QStringList complaints = layoutComplaints(*window);
-    QVERIFY2(complaints.isEmpty(), complaints.join(QLatin1Char('\n')).toUtf8().constData());
-}
-
-void TestSurfaces::everythingSpeaks_data()
-{
-    addSurfaces();
-}
-
-void TestSurfaces::everythingSpeaks()
-{
-    QFETCH(const Gallery::Surface, surface);
-    const std::unique_ptr<QWidget> window = surface.show();
-    const QStringList complaints = accessibilityComplaints(*window);
+    const QStringList complaints = layoutComplaints(*window) + accessibilityComplaints(*window);
     QVERIFY2(complaints.isEmpty(), complaints.join(QLatin1Char('\n')).toUtf8().constData());
 }
 
