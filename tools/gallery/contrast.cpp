@@ -1,6 +1,7 @@
 #include "tools/gallery/contrast.h"
 
 #include <QtGui/QImage>
+#include <QtGui/QPainter>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
@@ -32,20 +33,14 @@ int difference(QRgb one, QRgb other)
            std::abs(qBlue(one) - qBlue(other));
 }
 
-QImage painted(QWidget &window)
+// On white, like the pages that show through where a window is translucent.
+QImage painted(QWidget &window, const QRect &part)
 {
-    // On white, like the pages that show through where a window is translucent.
-    QImage image = window.grab().toImage().convertToFormat(QImage::Format_ARGB32_Premultiplied);
-    QImage opaque(image.size(), QImage::Format_RGB32);
+    const QPixmap picture = window.grab(part);
+    QImage opaque(picture.size(), QImage::Format_RGB32);
+    opaque.setDevicePixelRatio(picture.devicePixelRatio());
     opaque.fill(Qt::white);
-    for (int y = 0; y < image.height(); ++y) {
-        const auto *from = reinterpret_cast<const QRgb *>(image.constScanLine(y));
-        auto *to = reinterpret_cast<QRgb *>(opaque.scanLine(y));
-        for (int x = 0; x < image.width(); ++x) {
-            const int rest = 255 - qAlpha(from[x]);
-            to[x] = qRgb(qRed(from[x]) + rest, qGreen(from[x]) + rest, qBlue(from[x]) + rest);
-        }
-    }
+    QPainter(&opaque).drawPixmap(0, 0, picture);
     return opaque;
 }
 
@@ -115,15 +110,16 @@ QString shownText(const QWidget &widget)
 QList<Contrast> measureContrast(QWidget &window)
 {
     QList<Contrast> list;
-    const QImage with = painted(window);
     const QList<QWidget *> widgets = window.findChildren<QWidget *>();
     for (QWidget *widget : widgets) {
         const QString text = shownText(*widget);
         if (!widget->isVisible() || text.trimmed().isEmpty() || widget->visibleRegion().isEmpty())
             continue;
+        const QRect part = QRect(widget->mapTo(&window, QPoint()), widget->size()) & window.rect();
+        const QImage with = painted(window, part);
         const QString style = widget->styleSheet();
         widget->setStyleSheet(QStringLiteral("color: transparent;"));
-        const QImage without = painted(window);
+        const QImage without = painted(window, part);
         widget->setStyleSheet(style);
 
         // Scrolled out of sight but for an edge that holds no text.
