@@ -123,13 +123,16 @@ void TestDownloadItem::keepsTheEarlierPictureWhenTheDiskIsFull()
     if (!Machine::FullDisk::isPossible)
         QSKIP("files cannot be kept from growing here");
     writeFile(image("pid_1.png"_s), m_earlier);
-    m_server->answer("/a.png"_s, Answer::ok("picture"));
-    {
-        const Machine::FullDisk disk(4);
-        QVERIFY(finishes(*item({"pid_1.png"_s})));
+    // Less and more than is collected before it is written.
+    for (const QByteArray &body : {QByteArray("picture"), QByteArray(1 << 20, 'x')}) {
+        m_server->answer("/a.png"_s, Answer::ok(body));
+        {
+            const Machine::FullDisk disk(4);
+            QVERIFY(finishes(*item({"pid_1.png"_s})));
+        }
+        QCOMPARE(images(), {"pid_1.png"_s});
+        QCOMPARE(Sandbox::readFile(image("pid_1.png"_s)), m_earlier);
     }
-    QCOMPARE(images(), {"pid_1.png"_s});
-    QCOMPARE(Sandbox::readFile(image("pid_1.png"_s)), m_earlier);
 }
 
 void TestDownloadItem::keepsTheEarlierPictureWhenTheNewOneIsGone()
