@@ -41,7 +41,7 @@ class Floors(unittest.TestCase):
             self.write(f"src/{name}/{name}.cpp", f'#include "{name}/{name}.h"\n')
             self.write(f"src/{name}/CMakeLists.txt", f"clipwright_floor({name} FLOOR {floor} "
                                                      f"SOURCES {name}.cpp {self.links[name]})\n")
-        return self.run_command(COMMAND, "-S", self.root, "-B", self.root / "build")
+        return self.run_command(COMMAND, "-S", self.root, "-B", self.root / "build", "-G", "Ninja")
 
     def check_includes(self):
         self.assertEqual(self.configure()[0], 0)
