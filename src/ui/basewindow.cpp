@@ -1,9 +1,10 @@
 #include "ui/basewindow.h"
 
+#include "ui/look.h"
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QPointer>
 #include <QtCore/QVariant>
-#include <QtCore/QtMath>
 #include <QtGui/QCloseEvent>
 #include <QtGui/QPaintEvent>
 #include <QtGui/QPainter>
@@ -88,7 +89,7 @@ BaseWindow::BaseWindow(QWidget *parent)
     setAttribute(Qt::WA_TranslucentBackground);
     // Selects the style sheet's pictures for this many pixels per unit. It is the same on every
     // display: the scale factor is set before the first window.
-    setProperty("density", qMin(qCeil(devicePixelRatioF()), 3));
+    setProperty("density", Look::pictureDensity(devicePixelRatioF()));
     // A child of a disabled window starts disabled. Its children would announce that to assistive
     // technology before they have names, and screen readers would keep them as nameless widgets.
     setEnabled(true);

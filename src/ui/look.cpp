@@ -4,6 +4,7 @@
 
 #include <QtCore/QEvent>
 #include <QtCore/QRegularExpression>
+#include <QtCore/QtMath>
 #include <QtGui/QFontInfo>
 #include <QtGui/QTextLayout>
 #include <QtWidgets/QAbstractButton>
@@ -67,6 +68,11 @@ QString pictureStyle(const QString &path)
     quoted.replace(QLatin1Char('\\'), QStringLiteral("\\\\"));
     quoted.replace(QLatin1Char('"'), QStringLiteral("\\\""));
     return QStringLiteral(".QWidget{border-image: url(\"") + quoted + QStringLiteral("\");}");
+}
+
+int pictureDensity(qreal devicePixelRatio)
+{
+    return qMin(qCeil(devicePixelRatio), 3);
 }
 
 void refreshStyle(QWidget *widget)

@@ -22,6 +22,9 @@ void shrinkLetters(QWidget &widget, const std::function<bool()> &fits);
 /// picture is decoded, whatever it takes: showPicture() judges what came from outside.
 QString pictureStyle(const QString &path);
 
+/// Which of the style sheet's pictures a window of so many pixels per unit shows: 1, 2 or 3.
+int pictureDensity(qreal devicePixelRatio);
+
 /// Applies the style sheet again after a property that its rules select on has changed.
 void refreshStyle(QWidget *widget);
 

@@ -82,6 +82,7 @@ private Q_SLOTS:
     void goesOnWithoutPicturesThatCannotBeWritten();
     void finishesWhenNoPictureCanBeWritten();
     void repeatsFinishedWhenTheLastPictureCannotBeStarted();
+    void fetchesALinkAgainThatIsQueuedAfterItsEnd();
     void takesNothingBeyondItsLimits_data();
     void takesNothingBeyondItsLimits();
     void picturesWithAQueryAreDroppedWhereNoFileHasSuchAName();
@@ -553,6 +554,20 @@ void TestConfigDownloader::repeatsFinishedWhenTheLastPictureCannotBeStarted()
     QTRY_COMPARE(finished.count(), 2);
     QTest::qWait(10);
     QCOMPARE(finished.count(), 2);
+}
+
+void TestConfigDownloader::fetchesALinkAgainThatIsQueuedAfterItsEnd()
+{
+    m_server->answer("/1.png"_s, Answer::ok("picture"));
+    ConfigDownloader downloader;
+    QSignalSpy finished(&downloader, &ConfigDownloader::finished);
+    for (const QString &name : {"pid_1.png"_s, "pid_2.png"_s}) {
+        downloader.addItem(name, link("/1.png"_s));
+        downloader.checkItems();
+        QVERIFY(finished.wait());
+        QCOMPARE(Sandbox::readFile(image(name)), QByteArray("picture"));
+    }
+    QCOMPARE(m_server->paths(), QStringList({"/1.png"_s, "/1.png"_s}));
 }
 
 void TestConfigDownloader::takesNothingBeyondItsLimits_data()

@@ -20,6 +20,7 @@ private Q_SLOTS:
     void pictureIsShownWhateverItsName_data();
     void pictureIsShownWhateverItsName();
     void controlCharactersGiveNoPicture();
+    void picturesAreAsDenseAsTheDisplay();
     void pathCannotAddARule();
     void ampersandsAreShown();
     void longTextIsBrokenIntoLines();
@@ -81,6 +82,15 @@ void TestLook::controlCharactersGiveNoPicture()
 {
     QCOMPARE(Look::pictureStyle("/a/line\nbreak.png"_s), QString());
     QCOMPARE(Look::pictureStyle(QString(QLatin1String("/a/\0.png", 7))), QString());
+}
+
+void TestLook::picturesAreAsDenseAsTheDisplay()
+{
+    QCOMPARE(Look::pictureDensity(1), 1);
+    QCOMPARE(Look::pictureDensity(1.25), 2);
+    QCOMPARE(Look::pictureDensity(2), 2);
+    QCOMPARE(Look::pictureDensity(3), 3);
+    QCOMPARE(Look::pictureDensity(4), 3); // the densest
 }
 
 void TestLook::pathCannotAddARule()

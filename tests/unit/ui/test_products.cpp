@@ -24,6 +24,7 @@ private Q_SLOTS:
     void screenReadersGetNameAndDescription();
     void keysClickTheCurrentProduct();
     void tilesAreMadeAsTheyComeIntoView();
+    void tilesAreMadeWhenTheListIsShownAgain();
     void tabsAreNamedAndNumbered();
     void onlyTooLongTabTextGetsSmallerLetters();
     void tabShowsItsCategory_data();
@@ -105,6 +106,18 @@ void TestProducts::keysClickTheCurrentProduct()
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space})
         QTest::keyClick(&list, key);
     QCOMPARE(clicks, 3);
+}
+
+void TestProducts::tilesAreMadeWhenTheListIsShownAgain()
+{
+    ProductList list(nullptr);
+    list.show();
+    list.hide();
+    list.addProducts(objects(R"([{"name": "One"}])"));
+    QVERIFY(list.visualItemRect(list.item(0)).isValid()); // the rows have their places already
+    QCOMPARE(list.findChildren<ProductItem *>().size(), 0);
+    list.show();
+    QCOMPARE(list.findChildren<ProductItem *>().size(), 1);
 }
 
 void TestProducts::tilesAreMadeAsTheyComeIntoView()
