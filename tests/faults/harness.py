@@ -14,7 +14,7 @@ import subprocess
 import time
 
 from tests.faults.servers import PICTURE, SERVED, FaultyServer, document, refusing_url
-from tests.kit import installation
+from tests.kit import desktop as kit, installation
 from tests.kit.folders import make_afresh
 
 # Windows: title, and size where a title is not enough.
@@ -338,6 +338,8 @@ class Fault(installation.Installation):
         self.wait_until(self.results, limits[1], f"a {result}")
         self.expect_lasted(self.acted, limits[0], "/".join(self.results()))
         self.expect_equal(self.results(), [result], "the result that was shown")
+        if result == "success":
+            self.wait_until(lambda: self.lines("Received/links.txt"), SOON, "the farewell page")
 
     def pictures_kept(self, folder=PICTURES):
         """The names of the pictures in the cache, each of which must be whole."""
@@ -366,6 +368,11 @@ class Fault(installation.Installation):
         return [int(entry) for entry in os.listdir("/proc") if entry.isdigit()
                 and not (self.process and self.process.pid == int(entry))
                 and mark in (self.content(f"/proc/{entry}/environ") or b"").split(b"\0")]
+
+    def has_browser(self):
+        """Whether the user's browser still takes a link: it outlives the program."""
+        return any(b"/xdg-open\0" in (self.content(f"/proc/{pid}/cmdline") or b"")
+                   for pid in self.processes_left())
 
     def signal_children(self, number):
         for process in self.processes_left():
@@ -400,6 +407,7 @@ class Fault(installation.Installation):
             self.expect(self.has_ended(), "the row left the program running")
             self.process.kill()
             self.process.wait()
+        kit.wait_until(lambda: not self.has_browser(), kit.PATIENCE, "the end of the browser")
         left = self.processes_left()
         commands = [self.content(f"/proc/{pid}/cmdline") for pid in left]
         self.expect(self.child_goes_on or not left, f"processes left behind: {commands}")
