@@ -102,31 +102,27 @@ def main():
     parser.add_argument("--out", default="build/faults", help="folder for the tables")
     parser.add_argument("--jobs", type=int, default=3 * (os.cpu_count() or 1),
                         help="rows at once; most of a row is waiting")
-    parser.add_argument("--tries", type=int, default=1,
-                        help="how often a row is played until it passes")
     parser.add_argument("--only", default="", help="rows whose group or name match")
     parser.add_argument("--list", action="store_true", help="print which rows there are")
     arguments = parser.parse_args()
 
-    rows = [row for row in TABLE if re.search(arguments.only, row[0], re.IGNORECASE)]
+    rows = dict(enumerate(
+        row for row in TABLE if re.search(arguments.only, row[0], re.IGNORECASE)))
     if arguments.list:
-        print("\n".join(name for name, _ in rows))
+        print("\n".join(name for name, _ in rows.values()))
         return 0
     # Where the system puts cores into the working folder, that of a crash is kept with its row.
     resource.setrlimit(resource.RLIMIT_CORE, (resource.getrlimit(resource.RLIMIT_CORE)[1],) * 2)
     out = make_afresh(arguments.out)
     began = time.monotonic()
     results = {}
-    for attempt in range(1, arguments.tries + 1):
-        missing = {number: row for number, row in enumerate(rows)
-                   if number not in results or results[number].outcome == "FAILED"}
-        for number, result in play_all(missing, os.path.abspath(arguments.bin),
-                                       os.path.join(out, f"rows-{attempt}"), arguments.jobs):
-            results[number] = result
-            print(f"{result.outcome:7} {result.seconds:5.1f} s  {result.fault}: {result.happened}")
-            for wrong in result.wrong:
-                print("          " + wrong.replace("\n", "\n          "))
-            sys.stdout.flush()
+    for number, result in play_all(rows, os.path.abspath(arguments.bin),
+                                   os.path.join(out, "rows"), arguments.jobs):
+        results[number] = result
+        print(f"{result.outcome:7} {result.seconds:5.1f} s  {result.fault}: {result.happened}")
+        for wrong in result.wrong:
+            print("          " + wrong.replace("\n", "\n          "))
+        sys.stdout.flush()
     counts = collections.Counter(result.outcome for result in results.values())
     summary = f"{len(rows)} rows: " + ", ".join(
         f"{counts[outcome]} {outcome.lower()}" for outcome in OUTCOMES)
