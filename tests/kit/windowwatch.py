@@ -1,9 +1,10 @@
 """When programs show and hide their windows. Needs the distribution's python3-xlib."""
 
+import contextlib
 import struct
 import threading
 
-from Xlib import display
+from Xlib import display, error
 from Xlib.ext import record
 
 MAP_WINDOW, UNMAP_WINDOW = 8, 10  # codes of the X protocol's requests
@@ -60,6 +61,8 @@ class WindowWatch:
         """The title that the window had when it was shown: a hidden one may be gone already."""
         if identifier not in self._titles:
             window = self._display.create_resource_object("window", identifier)
-            title = window.get_full_property(self._title, 0)
+            title = None
+            with contextlib.suppress(error.XError):  # it was shown for a moment only
+                title = window.get_full_property(self._title, 0)
             self._titles[identifier] = title.value.decode() if title else ""
         return self._titles[identifier]
