@@ -14,7 +14,8 @@ import subprocess
 import time
 
 from tests.faults.servers import PICTURE, SERVED, FaultyServer, document, refusing_url
-from tests.kit import desktop as kit, installation
+from tests.kit import installation
+from tests.kit.desktop import PATIENCE, wait_until
 from tests.kit.folders import make_afresh
 
 # Windows: title, and size where a title is not enough.
@@ -407,7 +408,7 @@ class Fault(installation.Installation):
             self.expect(self.has_ended(), "the row left the program running")
             self.process.kill()
             self.process.wait()
-        kit.wait_until(lambda: not self.has_browser(), kit.PATIENCE, "the end of the browser")
+        wait_until(lambda: not self.has_browser(), PATIENCE, "the end of the browser")
         left = self.processes_left()
         commands = [self.content(f"/proc/{pid}/cmdline") for pid in left]
         self.expect(self.child_goes_on or not left, f"processes left behind: {commands}")

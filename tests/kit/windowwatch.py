@@ -7,6 +7,8 @@ import threading
 from Xlib import display, error
 from Xlib.ext import record
 
+from tests.kit.desktop import PATIENCE
+
 MAP_WINDOW, UNMAP_WINDOW = 8, 10  # codes of the X protocol's requests
 
 
@@ -25,7 +27,7 @@ class WindowWatch:
     def __enter__(self):
         self._display = display.Display(self._name)
         self._title = self._display.intern_atom("_NET_WM_NAME")
-        self._recorder = display.Display(self._name)  # it answers nothing else
+        self._recorder = display.Display(self._name)  # which does nothing else then
         nothing = dict.fromkeys(("core_replies", "delivered_events", "device_events", "errors"),
                                 (0, 0))
         nothing.update(dict.fromkeys(("ext_requests", "ext_replies"), (0, 0, 0, 0)))
@@ -36,7 +38,7 @@ class WindowWatch:
         self._thread = threading.Thread(target=self._recorder.record_enable_context,
                                         args=(self._context, self._note), daemon=True)
         self._thread.start()
-        self._has_begun.wait()
+        assert self._has_begun.wait(PATIENCE), "the X server records nothing"
         return self
 
     def __exit__(self, *exception):
