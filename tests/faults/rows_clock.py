@@ -1,6 +1,7 @@
 """The clock of the machine is set while the program runs. The program measures time by a clock that
 cannot be set."""
 
+import contextlib
 import glob
 import os
 import subprocess
@@ -25,11 +26,21 @@ for line in sys.stdin:
 """
 
 
+def remove_leftovers():
+    """libfaketime keeps the clock in two files that are named by a process's number. They stay when
+    the process is killed, and the next of that number would take them for its own."""
+    for file in glob.glob("/dev/shm/*faketime_s*_*"):
+        if not os.path.exists("/proc/" + file.rpartition("_")[2]):
+            with contextlib.suppress(FileNotFoundError):  # another row did
+                os.remove(file)
+
+
 class Clock:
     """What the program takes for the time of day: the machine's, off by as much as it is set to, or
     what faked says in libfaketime's language. A witness is started in the same way."""
 
     def __init__(self, fault, faked=None):
+        remove_leftovers()
         self._library, = glob.glob("/usr/lib/*/faketime/libfaketimeMT.so.1")
         self._fault = fault
         self._file = fault.path("clock")
