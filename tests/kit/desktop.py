@@ -257,16 +257,27 @@ class Desktop:
     def drag(self, window, x, y, right, down):
         """Presses the button at a place of a window and moves the mouse before releasing it.
         Returns by how much the window has moved."""
+        def wait_for(condition):
+            with contextlib.suppress(AssertionError):  # a window that is not dragged
+                wait_until(condition, 2, "a dragged window")
+
+        def moved():
+            place = self.place(window)
+            return place.x - before.x, place.y - before.y
+
         before = self.place(window)
-        self._xdotool("mousemove", "--sync", before.x + x, before.y + y, "mousedown", 1)
+        self._xdotool("mousemove", "--sync", before.x + x, before.y + y)
+        cursor = self._cursor()
+        self._xdotool("mousedown", 1)
+        # It moves from where the mouse is when a busy program asks the window manager for it.
+        wait_for(lambda: self._cursor() != cursor)
         for _ in range(10):
             time.sleep(0.05)
             self._xdotool("mousemove_relative", "--", right // 10, down // 10)
-        time.sleep(0.2)
+        wait_for(lambda: moved() == (right, down))
         self._xdotool("mouseup", 1)
         time.sleep(0.5)
-        after = self.place(window)
-        return after.x - before.x, after.y - before.y
+        return moved()
 
     def _xdotool(self, *arguments, check=True):
         subprocess.run(["xdotool", *map(str, arguments)], env=self.environment, check=check,
@@ -276,6 +287,11 @@ class Desktop:
 
     def _resource(self, window):
         return self._display.create_resource_object("window", window)
+
+    def _cursor(self):
+        """A number that changes with what the mouse pointer looks like."""
+        self._display.xfixes_query_version()
+        return self._display.xfixes_get_cursor_image(self._root).cursor_serial
 
     def _is_managed(self, window):
         return window in (self._root_property("_NET_CLIENT_LIST") or [])
