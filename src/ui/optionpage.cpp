@@ -183,7 +183,6 @@ void OptionPage::limitTextLength()
         return;
     }
     keepText();
-    Look::refreshStyle(textEdit);
 }
 
 void OptionPage::keepText()
@@ -191,6 +190,7 @@ void OptionPage::keepText()
     // Empty, but never null: the style sheet's selectors pass over null values.
     const QString text = textEdit->toPlainText();
     textEdit->setProperty(textProperty, text.isNull() ? QStringLiteral("") : text);
+    Look::refreshStyle(textEdit);
 }
 
 Analytics::FeedbackState OptionPage::feedbackState() const

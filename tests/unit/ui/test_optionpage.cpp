@@ -26,6 +26,7 @@ private Q_SLOTS:
     void pictureThatCannotBeReadLeavesADarkGround();
     void textIsCutAtItsLimit();
     void textPropertyFollowsTheText();
+    void typedTextIsDarkerThanTheHint();
     void buttonsRaiseTheirEvents();
     void cancelQuits();
     void descriptionIsSentOnlyWhileItsBoxShows();
@@ -303,6 +304,28 @@ void TestOptionPage::textPropertyFollowsTheText()
     QCOMPARE(page.textEdit->property("text"), QVariant("two\nlines"_s));
     page.textEdit->clear();
     QCOMPARE(page.textEdit->property("text"), QVariant(QString()));
+}
+
+void TestOptionPage::typedTextIsDarkerThanTheHint()
+{
+    const LookApplied look;
+    OptionPage page(nullptr, objects(allTypes));
+    page.textEdit->ensurePolished();
+    const auto darkest = [&page] {
+        const QImage box = page.textEdit->viewport()->grab().toImage();
+        int gray = 255;
+        for (int y = 0; y < box.height(); ++y) {
+            for (int x = 0; x < box.width(); ++x)
+                gray = qMin(gray, qGray(box.pixel(x, y)));
+        }
+        return gray;
+    };
+    const int hint = qGray(0x6B, 0x70, 0x85);
+    QCOMPARE(darkest(), hint);
+    page.textEdit->insertPlainText("MMM"_s);
+    QCOMPARE(darkest(), qGray(0x1E, 0x20, 0x30));
+    page.textEdit->clear();
+    QCOMPARE(darkest(), hint);
 }
 
 void TestOptionPage::buttonsRaiseTheirEvents()
