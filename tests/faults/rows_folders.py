@@ -40,6 +40,10 @@ def no_pictures(fault):
     fault.expect_equal(fault.pictures_kept(), [], "pictures kept")
 
 
+def without_products(whole):
+    return json.dumps({**json.loads(whole), "apps": []}).encode()
+
+
 def earlier_document(fault):
     fault.expect(fault.content(inside(fault, CACHED)) == fault.cached, "earlier document intact")
 
@@ -115,6 +119,10 @@ ROWS = {
     "the disk is full when the document is saved": [
         do.put_earlier_document(), do.serve(), do.open(full(CONFIGS, EARLIER_KILOBYTES)),
         earlier_document, do.leave(EARLIER)],
+    # Room that the part which was saved has taken, and which it gives back.
+    "the disk is full when the document is saved, the earlier one was shorter": [
+        do.put_earlier_document(without_products), do.serve(),
+        do.open(full(CONFIGS, EARLIER_KILOBYTES)), earlier_document, do.leave(EARLIER)],
     "the disk is full when the pictures are saved": [
         make_folder(PICTURES), do.serve(), do.open(full(PICTURES, 48)), some_whole_pictures,
         do.leave(SERVED)],
