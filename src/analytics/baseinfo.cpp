@@ -8,15 +8,10 @@
 
 namespace Analytics {
 
-namespace {
-
-int secondsOfCreation(const QString &fileName)
+int secondsSinceEpoch(const QDateTime &time)
 {
-    const QDateTime created = QFileInfo(fileName).birthTime();
-    return created.isValid() ? static_cast<int>(created.toMSecsSinceEpoch() / 1000) : 0;
+    return time.isValid() ? static_cast<int>(time.toMSecsSinceEpoch() / 1000) : 0;
 }
-
-} // namespace
 
 BaseInfo gatherBaseInfo(const QString &computerName)
 {
@@ -32,7 +27,8 @@ BaseInfo gatherBaseInfo(const QString &computerName)
     info.platform = QStringLiteral("Windows");
     info.osVersion = Platform::osVersion();
     info.systemLanguage = Platform::systemLanguageAbbrev();
-    info.installTime = secondsOfCreation(QCoreApplication::applicationFilePath());
+    info.installTime =
+        secondsSinceEpoch(QFileInfo(QCoreApplication::applicationFilePath()).birthTime());
     info.uid = AppEnv::readAccountInfo().uid;
     return info;
 }

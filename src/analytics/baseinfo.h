@@ -22,6 +22,9 @@ struct BaseInfo
     QString uid;
 };
 
+/// Whole seconds since the epoch, rounded towards it; 0 for a time that is not valid.
+int secondsSinceEpoch(const QDateTime &time);
+
 /// computerName is resolved to the machine's address, which may block on the system's resolver.
 BaseInfo gatherBaseInfo(const QString &computerName);
 

@@ -17,6 +17,8 @@ private Q_SLOTS:
     void timeZoneOffset();
     void timeZoneOffsetIsTheMachines_data();
     void timeZoneOffsetIsTheMachines();
+    void secondsSinceEpoch_data();
+    void secondsSinceEpoch();
     void describesTheInstallation();
     void emptyMachineGivesEmptyValues();
     void nameThatDoesNotResolveGivesAnEmptyAddress();
@@ -66,6 +68,22 @@ void TestBaseInfo::timeZoneOffsetIsTheMachines()
     const int offset = Analytics::gatherBaseInfo(QStringLiteral("localhost")).timeZoneOffset;
     Machine::setTimeZone(previous);
     QTEST(offset, "hours");
+}
+
+void TestBaseInfo::secondsSinceEpoch_data()
+{
+    QTest::addColumn<QDateTime>("time");
+    QTest::addColumn<int>("seconds");
+    QTest::newRow("the epoch") << QDateTime::fromMSecsSinceEpoch(0) << 0;
+    QTest::newRow("parts of a second are cut off") << QDateTime::fromMSecsSinceEpoch(1999) << 1;
+    QTest::newRow("before the epoch, too") << QDateTime::fromMSecsSinceEpoch(-1999) << -1;
+    QTest::newRow("a file system that does not tell") << QDateTime() << 0;
+}
+
+void TestBaseInfo::secondsSinceEpoch()
+{
+    QFETCH(QDateTime, time);
+    QTEST(Analytics::secondsSinceEpoch(time), "seconds");
 }
 
 void TestBaseInfo::describesTheInstallation()

@@ -16,6 +16,7 @@ private Q_SLOTS:
     void nameIsFreeAfterAnOrderlyEnd();
     void nameIsFreeAfterAKill();
     void otherNamesAreIndependent();
+    void copyWithoutStandardInputIsRefused();
     void missingRuntimeFolderDoesNotLockOut();
     void plantedLinkIsNotFollowed();
     void lockHeldByAnotherUserDoesNotLockOut();
@@ -93,6 +94,21 @@ void TestSingleInstance::otherNamesAreIndependent()
     const Sandbox sandbox;
     const Claim first(name);
     QCOMPARE(Claim(QStringLiteral("Other Program")).answer(), claimed);
+}
+
+// The file is its descriptor 0.
+void TestSingleInstance::copyWithoutStandardInputIsRefused()
+{
+    if (!Machine::locksFilesToClaimNames)
+        QSKIP("the name is held by this system itself, not by a file");
+    const Sandbox sandbox;
+    const Claim first(name);
+    QProcess copy;
+    copy.start(QStringLiteral("sh"),
+               {QStringLiteral("-c"), QStringLiteral("exec \"$0\" \"$1\" <&-"),
+                QStringLiteral(CLAIM_INSTANCE), name});
+    QVERIFY(copy.waitForFinished());
+    QCOMPARE(QString::fromLatin1(copy.readAll().trimmed()), refused);
 }
 
 void TestSingleInstance::missingRuntimeFolderDoesNotLockOut()
