@@ -93,6 +93,10 @@ int runWizard(const QRect &screen, SplashWindow &splash, QApplication &applicati
             endSession();
         },
         Qt::DirectConnection);
+    // By itself, Qt would first ask the splash to close as the user does, which it refuses, and
+    // go on without a window.
+    QObject::connect(&application, &QGuiApplication::lastWindowClosed, &application,
+                     [] { QCoreApplication::exit(0); });
     QTimer::singleShot(splashPauseMs, &splash, &QWidget::close);
     return QApplication::exec();
 }

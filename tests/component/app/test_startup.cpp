@@ -30,6 +30,7 @@ class TestStartup : public TestCase
 private Q_SLOTS:
     void sessionStopsHalfASecondAfterTheWindowIsHidden();
     void closedSplashEndsTheProgramAfterHalfASecond();
+    void closedWindowEndsTheProgramWhileTheSplashStillShows();
     void sessionBeginsWithTheUsersProxyAndTheMachine();
     void processEndsWithTheUsersSession_data();
     void processEndsWithTheUsersSession();
@@ -171,6 +172,24 @@ void TestStartup::closedSplashEndsTheProgramAfterHalfASecond()
     QCOMPARE(Startup::run(*static_cast<QApplication *>(qApp)), 0);
     verifyEnd(watch);
     QVERIFY(!AnalyticsRecord::actions().contains("UninstallPopUp"_s)); // no main window
+}
+
+void TestStartup::closedWindowEndsTheProgramWhileTheSplashStillShows()
+{
+    const Sandbox sandbox;
+    AnalyticsRecord::restart();
+    const ClosedPort service;
+    TestEndpoints::setConfiguration(service.url());
+    bool splashShows = false;
+    const Watch watch("MainWindow", [&splashShows](QWidget &window) {
+        for (const QWidget *other : QApplication::topLevelWidgets())
+            splashShows |= other->inherits("SplashWindow") && other->isVisible();
+        window.windowHandle()->close(); // as the user does
+        QTimer::singleShot(patienceMs, &window, [] { QCoreApplication::exit(-1); });
+    });
+    QCOMPARE(Startup::run(*qApp), 0);
+    QVERIFY(splashShows);
+    verifyEnd(watch);
 }
 
 void TestStartup::sessionBeginsWithTheUsersProxyAndTheMachine()
