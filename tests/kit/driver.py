@@ -4,6 +4,7 @@ its own; stories are written against this interface alone."""
 import abc
 import dataclasses
 import enum
+import subprocess
 import time
 
 from tests.kit.desktop import PATIENCE, wait_until
@@ -116,4 +117,7 @@ class Driver(abc.ABC):
         return way
 
     def wait_for_exit(self, seconds=PATIENCE):
-        return self.process.wait(timeout=seconds)
+        try:
+            return self.process.wait(timeout=seconds)
+        except subprocess.TimeoutExpired:
+            raise AssertionError(f"not within {seconds:g} s: the program's end") from None

@@ -5,6 +5,7 @@ allow the story."""
 
 import argparse
 import concurrent.futures
+import contextlib
 import os
 import subprocess
 import sys
@@ -56,6 +57,8 @@ def play(name, platform, binaries, out):
             return SKIPPED
         except AssertionError as wrong:
             story.expect(False, str(wrong))
+            with contextlib.suppress(OSError, subprocess.SubprocessError):  # no display any more
+                story.picture("failure")
         story.summary()
     print(f"== {name}: " + ("FAILED" if story.failures else "as it should be"))
     return 1 if story.failures else 0
