@@ -86,7 +86,7 @@ int runWizard(const QRect &screen, SplashWindow &splash, QApplication &applicati
     window.show();
 
     QObject::connect(
-        &application, &QCoreApplication::aboutToQuit, &application,
+        &application, &QCoreApplication::aboutToQuit, &window,
         [&window] {
             if (window.isVisible())
                 window.hide();
@@ -95,7 +95,7 @@ int runWizard(const QRect &screen, SplashWindow &splash, QApplication &applicati
         Qt::DirectConnection);
     // By itself, Qt would first ask the splash to close as the user does, which it refuses, and
     // go on without a window.
-    QObject::connect(&application, &QGuiApplication::lastWindowClosed, &application,
+    QObject::connect(&application, &QGuiApplication::lastWindowClosed, &window,
                      [] { QCoreApplication::exit(0); });
     QTimer::singleShot(splashPauseMs, &splash, &QWidget::close);
     return QApplication::exec();
