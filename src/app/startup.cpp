@@ -85,8 +85,8 @@ int runWizard(const QRect &screen, SplashWindow &splash, QApplication &applicati
     centreOn(screen, window);
     window.show();
 
-    QObject::connect(
-        &application, &QCoreApplication::aboutToQuit, &window,
+    const QMetaObject::Connection atEnd = QObject::connect(
+        &application, &QCoreApplication::aboutToQuit, &application,
         [&window] {
             if (window.isVisible())
                 window.hide();
@@ -98,7 +98,9 @@ int runWizard(const QRect &screen, SplashWindow &splash, QApplication &applicati
     QObject::connect(&application, &QGuiApplication::lastWindowClosed, &window,
                      [] { QCoreApplication::exit(0); });
     QTimer::singleShot(splashPauseMs, &splash, &QWidget::close);
-    return QApplication::exec();
+    const int exitCode = QApplication::exec();
+    QObject::disconnect(atEnd); // the window goes
+    return exitCode;
 }
 
 } // namespace
